@@ -1,0 +1,29 @@
+// CBitmap: a drawing surface selected into a memory DC. Created compatible with a DC: a
+// raster DC gives an ARGB32 pixel surface, a vector DC (SVG/PDF) gives a recording surface
+// whose block transfer to the vector DC stays vector.
+#pragma once
+
+#include <kygraph/GdiObject.h>
+#include <kygraph/Size.h>
+
+class CDC;
+struct KySurface;  // defined by the backends
+
+class KYFW_API CBitmap : public CGdiObject {
+public:
+    CBitmap() = default;
+    ~CBitmap() override;
+    CBitmap(const CBitmap&) = delete;
+    CBitmap& operator=(const CBitmap&) = delete;
+
+    Kind GetKind() const override { return KindBitmap; }
+    // FALSE (and empty) for a null or invalid DC, a size <= 0, a side above 32767 pixels, or
+    // when the surface cannot be allocated.
+    BOOL CreateCompatibleBitmap(CDC* pDC, int cx, int cy);
+    BOOL DeleteObject() override;
+    CSize GetSize() const;
+    KySurface* Surface() const { return m_pSurface; }
+
+private:
+    KySurface* m_pSurface = nullptr;
+};

@@ -1,0 +1,38 @@
+// CFont: a logical font. lfHeight > 0 is the cell height (ascent + descent) in pixels,
+// < 0 the character height, 0 the default size; escapement in tenths of a degree,
+// counter-clockwise. An empty face name means the default face (CJK-capable sans-serif).
+#pragma once
+
+#include <kygraph/GdiObject.h>
+
+struct LOGFONTW {
+    LONG lfHeight;
+    LONG lfWidth;
+    LONG lfEscapement;
+    LONG lfOrientation;
+    LONG lfWeight;
+    BYTE lfItalic;
+    BYTE lfUnderline;
+    BYTE lfStrikeOut;
+    BYTE lfCharSet;
+    BYTE lfOutPrecision;
+    BYTE lfClipPrecision;
+    BYTE lfQuality;
+    BYTE lfPitchAndFamily;
+    wchar_t lfFaceName[32];
+};
+using LOGFONT = LOGFONTW;
+
+class KYFW_API CFont : public CGdiObject {
+public:
+    CFont() = default;
+
+    Kind GetKind() const override { return KindFont; }
+    // Copies the description; FALSE for a null pointer.
+    BOOL CreateFontIndirect(const LOGFONT* lf);
+    BOOL GetLogFont(LOGFONT* lf) const;
+    const LOGFONT& LogFont() const { return m_lf; }
+
+private:
+    LOGFONT m_lf{};
+};
