@@ -1,0 +1,58 @@
+// CKyGDrawBase: the abstract base of every drawable chart element, and the static drawing
+// primitives through which all elements draw. Each primitive creates the pen, brush or font
+// it needs, selects it, draws, restores what was selected and destroys what it created, so
+// elements never leave GDI state behind.
+#pragma once
+
+#include <kygraph/DC.h>
+#include <kygraph/KyExport.h>
+#include <kygraph/KyObject.h>
+#include <kygraph/Point.h>
+#include <kygraph/Rect.h>
+#include <kygraph/Size.h>
+#include <kygraph/String.h>
+#include <kygraph/VoArray.h>
+
+class CKyGChart;
+
+class KYGRAPH_API CKyGDrawBase : public CKyObject {
+    friend class CKyGChart;
+
+public:
+    CKyGDrawBase(CKyGChart* pChart = nullptr);
+    CKyGDrawBase(const CKyGDrawBase& other);
+    CKyGDrawBase& operator=(const CKyGDrawBase& other);
+    ~CKyGDrawBase() override;
+
+    // "CKyDrawBase", without the G: the name string is kept so on purpose.
+    CString toString() const override;
+
+    void SetChart(CKyGChart* pChart);
+    CKyGChart* GetChart() const;
+
+    // Text at pt (top-left of its cell with the DC's default alignment), font cell height in
+    // pixels, angle in degrees counter-clockwise (truncated to whole degrees). 0 when pDC is
+    // null or the font cannot be made, else the text output's result.
+    static int DrawTextW(CDC* pDC, CPoint pt, double height, double angle, COLORREF color, CString text);
+    // A straight line from..to with a pen of that style, width and colour.
+    static int DrawLine(CDC* pDC, CPoint from, CPoint to, int penStyle, int penWidth, COLORREF color);
+    // Width and height of text in a font of that height; (0, 0) when it cannot be measured.
+    static CSize GetTextExtent(CDC* pDC, int height, CString text);
+    // The arc of the ellipse inscribed in bounds, counter-clockwise from the radial through
+    // start to the radial through end.
+    static int DrawArc(CDC* pDC, RECT* bounds, CPoint start, CPoint end, int penStyle, int penWidth, COLORREF color);
+    // The rectangle of that size centred on centre (halves truncated toward zero).
+    static CRect GetRect(CPoint centre, int width, int height);
+    // One polyline through the points; fewer than two points draw nothing and give 0.
+    static int DrawPolyLine(CDC* pDC, const CVoArray<CPoint>& points, int penStyle, int penWidth, COLORREF color);
+    // The ellipse of that width and height around centre; filled with a brush of the same
+    // colour when fill is non-zero, otherwise with whatever brush the DC holds.
+    static int DrawEllipse(CDC* pDC, CPoint centre, double width, double height, int penStyle, int penWidth,
+                           COLORREF color, int fill);
+
+protected:
+    // Draws the element; 1 when drawn, 0 when not (reason in the last-error text).
+    virtual int Draw(CDC* pDC) = 0;
+
+    CKyGChart* m_pChart = nullptr;
+};
