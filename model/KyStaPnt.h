@@ -1,0 +1,90 @@
+// CKyStaPnt: one state of moist air, set by any pair of independent properties and then
+// answering all the others.
+//
+// Units everywhere: temperatures °C, moisture content d in g/kg dry air, specific enthalpy h
+// in kJ/kg dry air, relative humidity as a fraction (1.0 = saturated), pressures in Pa,
+// specific volume in m³/kg dry air, density in kg/m³ of moist air.
+//
+// A setter reads the atmospheric pressure and the formulation from CKyChart::InstanceGloble()
+// when it runs; the point keeps them, so later changes of the global leave it as it is.
+// A setter that fails returns false, leaves the reason (Chinese text naming the inputs) in
+// GetLastErrorString() and leaves the point exactly as it was. Refused: NaN or infinite
+// input, a dry bulb outside -100..200 °C, negative d, pv >= B, and a relative humidity above
+// 1 by more than 1e-9 (supersaturation: the model describes unsaturated air only).
+// A point that was never set answers NaN from every numeric getter.
+#pragma once
+
+#include <kygraph/KyObject.h>
+
+class KYARITHM_API CKyStaPnt : public CKyObject {
+public:
+    static constexpr double kMinTdb = -100.0;  // °C, lower end of the Hyland-Wexler ice equation
+    static constexpr double kMaxTdb = 200.0;   // °C, upper end of the Hyland-Wexler water equation
+    static constexpr double kRHTolerance = 1e-9;  // accepted excess of RH over 1 (rounding)
+
+    CKyStaPnt();
+    CKyStaPnt(const CKyStaPnt& other);
+    const CKyStaPnt& operator=(const CKyStaPnt& other);
+    ~CKyStaPnt() override;
+
+    CString toString() const override;  // "CKyStaPnt"
+
+    // ---- setters: true when the state exists and was set ----
+    bool SetBy_TdbandRH(double tdb, double rh);    // dry bulb °C, RH fraction
+    bool SetBy_TdbandTwb(double tdb, double twb);  // dry bulb °C, wet bulb °C (twb <= tdb)
+    bool SetBy_HandD(double h, double d);          // kJ/kg, g/kg; h and d are kept exactly
+    bool SetBy_HandTdb(double h, double tdb);      // kJ/kg, °C
+    bool SetBy_DandTdb(double d, double tdb);      // g/kg, °C
+    bool SetBy_DandRH(double d, double rh);        // g/kg, RH fraction (> 0 unless d = 0)
+    bool SetBy_HandRH(double h, double rh);        // kJ/kg, RH fraction (> 0)
+    bool SetBy_TdbandTdp(double tdb, double tdp);  // dry bulb °C, dew/frost point °C (tdp <= tdb)
+    bool SetBy_TdbandPv(double tdb, double pv);    // dry bulb °C, vapour pressure Pa
+
+    // ---- getters (NaN for a point that was never set) ----
+    double GetTdb() const;  // dry-bulb temperature, °C
+    double GetTwb() const;  // thermodynamic wet-bulb temperature, °C (over ice below 0 °C)
+    double GetTdp() const;  // dew point, °C (frost point below 0.01 °C)
+    double GetRH() const;   // relative humidity pv/pws(tdb), fraction
+    double GetD() const;    // moisture content, g/kg dry air
+    double GetH() const;    // specific enthalpy, kJ/kg dry air
+    double GetPv() const;   // partial pressure of water vapour, Pa
+    double GetPs() const;   // saturation pressure at the dry bulb, Pa
+    double GetV() const;    // specific volume, m³/kg dry air
+    double GetRho() const;  // density of the moist air, kg/m³
+
+    // Atmospheric pressure (Pa) and formulation the point was computed with.
+    double GetB() const { return m_dB; }
+    Ky::_Formulation GetFormulation() const { return m_eFormulation; }
+    // True once a setter has succeeded.
+    bool IsValid() const { return m_bValid; }
+
+    // The display name; any text is accepted (always true).
+    bool SetName(const CString& name);
+    CString GetName() const { return m_strName; }
+
+private:
+    // The complete state; a setter computes a new one and assigns it only on success.
+    struct State {
+        double tdb;  // °C
+        double d;    // g/kg
+        double h;    // kJ/kg
+        double pv;   // Pa
+        double ps;   // Pa, saturation pressure at tdb
+        double twb;  // °C when known from the setter (SetBy_TdbandTwb), else NaN
+        double b;    // Pa
+        Ky::_Formulation form;
+    };
+    bool Commit(const State& s);
+
+    double m_dTdb;
+    double m_dD;
+    double m_dH;
+    double m_dPv;
+    double m_dPs;
+    double m_dTwbGiven;
+    double m_dB;
+    Ky::_Formulation m_eFormulation;
+    bool m_bValid;
+    CString m_strName;
+
+};
