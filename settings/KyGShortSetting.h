@@ -2,6 +2,8 @@
 // Held for the host; no drawing code reads it.
 #pragma once
 
+#include <cstddef>  // before the map header, which uses size_t unqualified
+
 #include <kygraph/KyExport.h>
 #include <kygraph/KyMap.h>
 #include <kygraph/KyObject.h>

@@ -1,0 +1,11 @@
+#include <kygraph/KyPntStyle.h>
+
+tagKyPntStyle::tagKyPntStyle() : crColor(RGB(0, 255, 0)), dSize(5.0), nTextHeight(7) {}
+
+tagKyPntStyle& tagKyPntStyle::operator=(const tagKyPntStyle& other)
+{
+    crColor = other.crColor;
+    dSize = other.dSize;
+    nTextHeight = other.nTextHeight;
+    return *this;
+}
