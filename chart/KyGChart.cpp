@@ -1,0 +1,396 @@
+#include <kygraph/KyGChart.h>
+
+#include <kygraph/KyGASChart.h>
+#include <kygraph/KyGChartFrame.h>
+#include <kygraph/KyGChartSetting.h>
+#include <kygraph/KyGDRuler.h>
+#include <kygraph/KyGDrawBase.h>
+#include <kygraph/KyGHRuler.h>
+#include <kygraph/KyGSameD.h>
+#include <kygraph/KyGSameH.h>
+#include <kygraph/KyGSameRH.h>
+#include <kygraph/KyGSameT.h>
+#include <kygraph/KyGStaPnt.h>
+#include <kygraph/KyGValueStepper.h>
+#include <kygraph/KyGraphModule.h>
+#include <kygraph/Saturate.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+// The plot-area corners every mapping needs, computed on each call from the live settings
+// (cheap: a few multiplications, no state-point copies), so they always follow the host.
+struct Corners {
+    CPoint minTMinD;  // bottom-left of the plot area
+    CPoint origin;    // top-left of the plot area
+    CPoint maxTMaxD;  // top-right of the plot area
+};
+
+Corners PlotCorners(CPoint ptOrigin)
+{
+    const CKyGChartSetting* set = CKyGChartSetting::GetKyGChartSetting();
+    const double s = set->GetDrawScale();
+    Corners c;
+    c.minTMinD = ptOrigin + CSize(Ky::TruncToInt(set->m_dLeftMargin * s), Ky::TruncToInt(-set->m_dBottomMargin * s));
+    // The y offset is truncated as one sum on purpose.
+    c.origin = ptOrigin + CSize(Ky::TruncToInt(set->m_dLeftMargin * s),
+                                Ky::TruncToInt(-(set->GetTRangeLength() + set->m_dBottomMargin * s)));
+    c.maxTMaxD = c.origin + CSize(Ky::TruncToInt(set->GetDRangeLength()), 0);
+    return c;
+}
+
+// A usable denominator of a linear mapping: degenerate or broken ranges fail the mapping.
+bool UsableDenominator(double v) { return std::isfinite(v) && v != 0.0; }
+
+double Diff(int a, int b) { return static_cast<double>(a) - static_cast<double>(b); }
+
+}  // namespace
+
+CKyGChart* CKyGChart::GetKyGChart()
+{
+    // Init reads the settings singleton, which is complete before this one is built and never
+    // reaches back here while it is being built.
+    static CKyGChart instance;
+    return &instance;
+}
+
+CKyGChart::CKyGChart() { Init(); }
+
+CKyGChart::~CKyGChart()
+{
+    m_dcChart.DeleteDC();
+    m_bmpChart.DeleteObject();
+}
+
+CString CKyGChart::toString() const { return CString(L"CKyGChart"); }
+
+void CKyGChart::Init()
+{
+    m_pDrawWnd = nullptr;
+    const CKyGChartSetting* set = CKyGChartSetting::GetKyGChartSetting();
+    const double s = set->GetDrawScale();
+
+    // The local slope of constant h at about 20 degC and d = 0 sets the angle of the whole
+    // chart; the setters' results are not needed (a failed one gives NaN, and so no angle).
+    CKyStaPnt p1, p2;
+    p1.SetBy_DandTdb(0.0, 20.001);
+    p2.SetBy_HandTdb(p1.GetH(), 20.0);
+    const double dd = p2.GetD() - p1.GetD();
+    m_dHAngle = std::atan((0.001 * set->m_dTLength * s) / (dd * set->m_dDLength * s));
+
+    const CKyGRangeSetting& range = set->m_RangeSetting;
+    const double dh = range.GetMinDMaxTH() - range.GetMinDMinTH();
+    double length = std::fabs(Diff(GetMinTAndMinDPnt().y, GetChartOrigin().y));
+    length *= std::cos(m_dHAngle);
+    m_dPerHLength = std::fabs(length / dh);
+}
+
+CPoint CKyGChart::GetOrigin() const { return m_ptOrigin; }
+
+int CKyGChart::SetOrigin(CPoint pt)
+{
+    m_ptOrigin = pt;
+    return 1;
+}
+
+CPoint CKyGChart::GetMinTAndMinDPnt() const { return PlotCorners(m_ptOrigin).minTMinD; }
+
+CPoint CKyGChart::GetChartOrigin() const { return PlotCorners(m_ptOrigin).origin; }
+
+CPoint CKyGChart::GetMaxTAndMaxDPnt() const { return PlotCorners(m_ptOrigin).maxTMaxD; }
+
+CPoint CKyGChart::GetChartMaxPoint() const
+{
+    const CKyGChartSetting* set = CKyGChartSetting::GetKyGChartSetting();
+    const double s = set->GetDrawScale();
+    return GetMaxTAndMaxDPnt() +
+           CSize(Ky::TruncToInt(set->m_dRightMargin * s), Ky::TruncToInt(-set->m_dTopMargin * s));
+}
+
+int CKyGChart::GetPoint(double h, double d, CPoint& pt) const
+{
+    const CKyGRangeSetting& range = CKyGChartSetting::GetKyGChartSetting()->m_RangeSetting;
+    const Corners c = PlotCorners(m_ptOrigin);
+
+    const double dSpan = range.GetMaxDMaxTD() - range.GetMinDMaxTD();
+    if (!UsableDenominator(dSpan)) return 0;
+    const double rd = (d - range.GetMinDMaxTD()) / dSpan;
+    if (!(rd >= 0)) return 0;
+    pt.x = Ky::TruncToInt(c.origin.x + rd * Diff(c.maxTMaxD.x, c.origin.x));
+
+    const double hSpan = range.GetMinDMaxTH() - range.GetMinDMinTH();
+    if (!UsableDenominator(hSpan)) return 0;
+    const double rh = (h - range.GetMinDMinTH()) / hSpan;
+    if (!(rh >= 0)) return 0;  // pt.x stays written, as callers expect
+    pt.y = Ky::TruncToInt(c.minTMinD.y - rh * Diff(c.minTMinD.y, c.origin.y) +
+                          std::tan(m_dHAngle) * Diff(pt.x, c.minTMinD.x));
+    return 1;
+}
+
+int CKyGChart::GetH(const CPoint& pt, double& h) const
+{
+    const CKyGRangeSetting& range = CKyGChartSetting::GetKyGChartSetting()->m_RangeSetting;
+    const Corners c = PlotCorners(m_ptOrigin);
+    const double height = Diff(c.minTMinD.y, c.origin.y);
+    if (!UsableDenominator(height)) return 0;
+    const double r = (std::tan(m_dHAngle) * Diff(pt.x, c.minTMinD.x) + Diff(c.minTMinD.y, pt.y)) / height;
+    if (!(r >= 0)) return 0;
+    h = range.GetMinDMinTH() + (range.GetMinDMaxTH() - range.GetMinDMinTH()) * r;
+    return 1;
+}
+
+int CKyGChart::GetD(const CPoint& pt, double& d) const
+{
+    const CKyGRangeSetting& range = CKyGChartSetting::GetKyGChartSetting()->m_RangeSetting;
+    const Corners c = PlotCorners(m_ptOrigin);
+    const double width = Diff(c.maxTMaxD.x, c.origin.x);
+    if (!UsableDenominator(width)) return 0;
+    const double r = Diff(pt.x, c.origin.x) / width;
+    if (!(r >= 0)) return 0;
+    d = range.GetMinD() + range.GetDRange() * r;
+    return 1;
+}
+
+int CKyGChart::Convert(const CPoint& pt, CKyStaPnt& pnt)
+{
+    CResourceModule::Scope scope(KyGraphModule());
+    double h = 0.0, d = 0.0;
+    if (!GetH(pt, h) || !GetD(pt, d)) {
+        m_strLastError.LoadString(IDS_POINT_OUT_OF_RANGE);
+        return 0;
+    }
+    if (!pnt.SetBy_HandD(h, d)) {
+        m_strLastError.LoadString(IDS_POINT_INVALID);
+        return 0;
+    }
+    const CKyGRangeSetting& range = CKyGChartSetting::GetKyGChartSetting()->m_RangeSetting;
+    const double t = pnt.GetTdb();
+    const double dd = pnt.GetD();
+    // NaN would slip through the comparisons below: a non-finite state is out of range.
+    if (!std::isfinite(t) || !std::isfinite(dd) || t - 1e-9 > range.GetMaxT() || range.GetMinT() > t + 1e-9 ||
+        dd - 1e-9 > range.GetMaxD() || range.GetMinD() > dd + 1e-9) {
+        m_strLastError.LoadString(IDS_POINT_OUT_OF_RANGE);
+        return 0;
+    }
+    return 1;
+}
+
+int CKyGChart::Convert(const CKyStaPnt& pnt, CPoint& pt)
+{
+    CResourceModule::Scope scope(KyGraphModule());
+    const CKyGRangeSetting& range = CKyGChartSetting::GetKyGChartSetting()->m_RangeSetting;
+    const double t = pnt.GetTdb();
+    const double d = pnt.GetD();
+    if (!std::isfinite(t) || !std::isfinite(d) || t - 1e-6 > range.GetMaxT() || range.GetMinT() > t + 1e-6 ||
+        d - 1e-6 > range.GetMaxD() || range.GetMinD() > d + 1e-6) {
+        m_strLastError.LoadString(IDS_POINT_OUT_OF_RANGE);
+        return 0;
+    }
+    if (!GetPoint(pnt.GetH(), d, pt)) {
+        m_strLastError.LoadString(IDS_POINT_OUT_OF_RANGE);
+        return 0;
+    }
+    return 1;
+}
+
+int CKyGChart::IsValid(const CPoint& pt)
+{
+    CKyStaPnt pnt;
+    return Convert(pt, pnt);
+}
+
+double CKyGChart::GetHAngle() const { return m_dHAngle; }
+
+double CKyGChart::GetPerHLength() const { return m_dPerHLength; }
+
+void CKyGChart::SetZoomScale(double scale) { m_dZoomScale = scale; }
+
+double CKyGChart::GetZoomScale() const { return m_dZoomScale; }
+
+double CKyGChart::GetInitScale() const { return m_dInitScale; }
+
+CKyStaPnt CKyGChart::GetStaPntN() const { return m_StaPntN; }
+
+CKyStaPnt CKyGChart::GetStaPntW() const { return m_StaPntW; }
+
+bool CKyGChart::HasWindow() const { return m_pDrawWnd != nullptr && CWnd::IsWindowPtr(m_pDrawWnd); }
+
+int CKyGChart::AttachDarwWnd(CWnd* pWnd)
+{
+    m_pDrawWnd = pWnd;
+    if (!HasWindow()) return 1;
+    FitToWindow();
+    return 1;
+}
+
+void CKyGChart::FitToWindow()
+{
+    CKyGChartSetting* set = CKyGChartSetting::GetKyGChartSetting();
+    CRect client;
+    m_pDrawWnd->GetClientRect(&client);
+    const double w = static_cast<double>(client.Width()) - 40.0;
+    const double h = static_cast<double>(client.Height()) - 40.0;
+
+    const double paperW = set->m_dLeftMargin + set->m_dRightMargin + set->m_RangeSetting.GetDRange() * set->m_dDLength;
+    const double paperH = set->m_dBottomMargin + set->m_dTopMargin + set->m_RangeSetting.GetTRange() * set->m_dTLength;
+    m_dZoomScale = 1.0;
+    // A page the host has zeroed or negated has no scale: keep the previous fit.
+    if (!(std::isfinite(paperW) && paperW > 0.0 && std::isfinite(paperH) && paperH > 0.0)) return;
+    const double k = std::min(w / paperW, h / paperH);
+    if (!std::isfinite(k)) return;
+
+    // A window too small for any drawing gives k < 0.5 (even negative): stored here, refused
+    // by the settings, so the drawing is larger than the space it is centred in. Intended.
+    m_dInitScale = k;
+    set->SetDrawScale(k);
+    const CPoint origin(Ky::TruncToInt((w - paperW * k) / 2.0 + 20.0),
+                        Ky::TruncToInt(h - (h - paperH * k) / 2.0 + 20.0));
+    // Always into the singleton, also when this is a chart of the host's own.
+    GetKyGChart()->SetOrigin(origin);
+}
+
+int CKyGChart::UptateDrawWnd(int bRedraw)
+{
+    if (!HasWindow()) return 0;
+    CRect client;
+    m_pDrawWnd->GetClientRect(&client);
+    const int w = client.Width();
+    const int h = client.Height();
+
+    if (bRedraw) {
+        CDC* pWndDC = m_pDrawWnd->GetDC();
+        if (pWndDC == nullptr) return 0;
+        m_dcChart.DeleteDC();
+        m_bmpChart.DeleteObject();
+        m_sizeSurface = CSize();
+        const bool created = m_dcChart.CreateCompatibleDC(pWndDC) && m_bmpChart.CreateCompatibleBitmap(pWndDC, w, h);
+        const COLORREF background = pWndDC->GetBkColor();
+        m_pDrawWnd->ReleaseDC(pWndDC);
+        if (!created) {
+            // No surface (empty window, or no memory for it): nothing to draw on or copy.
+            m_dcChart.DeleteDC();
+            m_bmpChart.DeleteObject();
+            return 0;
+        }
+        m_dcChart.SelectObject(&m_bmpChart);
+        m_sizeSurface = CSize(w, h);
+        m_dcChart.FillSolidRect(0, 0, w, h, background);
+        DrawAllChart();
+    }
+
+    if (m_sizeSurface.cx <= 0 || m_sizeSurface.cy <= 0) return 0;
+    CDC* pWndDC = m_pDrawWnd->GetDC();
+    if (pWndDC == nullptr) return 0;
+    // After the window grew only the old surface exists to be copied.
+    const int result = pWndDC->BitBlt(0, 0, std::min(w, m_sizeSurface.cx), std::min(h, m_sizeSurface.cy), &m_dcChart,
+                                      0, 0, SRCCOPY);
+    m_pDrawWnd->ReleaseDC(pWndDC);
+    return result;
+}
+
+int CKyGChart::Draw(CKyGDrawBase* pElem)
+{
+    if (pElem == nullptr) return 0;
+    pElem->SetChart(this);
+    if (!HasWindow()) return 0;
+    try {
+        return pElem->Draw(GetChartDC());
+    } catch (...) {
+        // Nothing is thrown across the interface: an element that throws only loses its
+        // own drawing.
+        return 0;
+    }
+}
+
+CDC* CKyGChart::GetChartDC() { return &m_dcChart; }
+
+int CKyGChart::DrawAllChart()
+{
+    if (!HasWindow()) return 0;
+    const CKyGChartSetting* set = CKyGChartSetting::GetKyGChartSetting();
+    const CKyGDrawHstSetting& hst = set->m_DrawHstSetting;
+    const CKyGRangeSetting& range = set->m_RangeSetting;
+    // Every element goes through the singleton, whichever chart runs the redraw.
+    CKyGChart* chart = GetKyGChart();
+
+    CKyGChartFrame frame;
+    frame.SetTitleEnable(hst.m_bShowTitle);
+    chart->Draw(&frame);
+
+    CKyGDRuler dRuler;
+    chart->Draw(&dRuler);
+
+    CKyGHRuler hRuler;
+    chart->Draw(&hRuler);
+
+    if (hst.m_bShowASChart) {
+        CKyGASChart protractor;
+        chart->Draw(&protractor);
+    }
+
+    if (hst.m_bShowSameD) {
+        CKyGSameD line;
+        for (const CKyGValueStepper::Step& step :
+             CKyGValueStepper::Stepped(range.GetMinD(), range.GetMaxD(), hst.m_dDInterval)) {
+            line.SetValue(step.value);
+            line.SetDimEnable(step.label);
+            chart->Draw(&line);
+        }
+    }
+
+    if (hst.m_bShowSameRH) {
+        CKyGSameRH curve;  // every curve keeps its label
+        for (double phi : CKyGValueStepper::RelativeHumidities(hst.m_dRHInterval)) {
+            curve.SetValue(phi);
+            chart->Draw(&curve);
+        }
+    }
+
+    if (hst.m_bShowSameT) {
+        CKyGSameT line;
+        for (const CKyGValueStepper::Step& step :
+             CKyGValueStepper::Stepped(range.GetMinT(), range.GetMaxT(), hst.m_dTInterval)) {
+            line.SetValue(step.value);
+            line.SetDimEnable(step.label);
+            chart->Draw(&line);
+        }
+    }
+
+    if (hst.m_bShowSameH) {
+        CKyGSameH line;
+        line.SetDimEnable(0);  // read on the enthalpy ruler instead
+        for (const CKyGValueStepper::Step& step :
+             CKyGValueStepper::Stepped(CKyGSameH::GetMinValue(), CKyGSameH::GetMaxValue(), hst.m_dHInterval)) {
+            line.SetValue(step.value);
+            chart->Draw(&line);
+        }
+    }
+
+    m_StaPntW.SetName(CString(L"室外点"));
+    m_StaPntN.SetName(CString(L"室内点"));
+    bool outdoor = false, indoor = false;
+    if (hst.m_bWinter) {
+        outdoor = m_StaPntW.SetBy_TdbandRH(hst.m_dWinterOutTdb, hst.m_dWinterOutRH / 100.0);
+        indoor = m_StaPntN.SetBy_TdbandRH(hst.m_dWinterInTdb, hst.m_dWinterInRH / 100.0);
+    } else {
+        outdoor = m_StaPntW.SetBy_TdbandTwb(hst.m_dSummerOutTdb, hst.m_dSummerOutTwb);
+        indoor = m_StaPntN.SetBy_TdbandRH(hst.m_dSummerInTdb, hst.m_dSummerInRH / 100.0);
+    }
+    if (outdoor) {
+        CKyGStaPnt marker;
+        marker.SetValue(m_StaPntW);
+        marker.SetDimEnable(1);
+        marker.SetDimPosition(CKyGStaPnt::DimRight);
+        chart->Draw(&marker);
+    }
+    if (indoor) {
+        CKyGStaPnt marker;
+        marker.SetValue(m_StaPntN);
+        marker.SetDimEnable(1);
+        marker.SetDimPosition(CKyGStaPnt::DimLeft);
+        chart->Draw(&marker);
+    }
+    return 1;
+}
