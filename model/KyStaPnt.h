@@ -75,6 +75,12 @@ private:
         Ky::_Formulation form;
     };
     bool Commit(const State& s);
+    // The setters a process builds its states with, at the pressure and formulation of the
+    // states it starts from rather than the current global ones.
+    bool SetHD(double h, double d, double b, Ky::_Formulation form);
+    bool SetDT(double d, double tdb, double b, Ky::_Formulation form);
+    bool SetHRH(double h, double rh, double b, Ky::_Formulation form);
+    friend class CKyProcess;
 
     double m_dTdb;
     double m_dD;

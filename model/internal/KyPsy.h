@@ -1,0 +1,124 @@
+// The moist-air relations behind CKyStaPnt, private to KyArithm. Inline, because every state
+// point runs several of them per setter and the chart sets thousands of points per redraw.
+//
+// Units: t in °C, T in K, W in kg/kg dry air (the public interface speaks g/kg, d = 1000 W),
+// h in kJ/kg dry air, pressures in Pa.
+#pragma once
+
+#include <kygraph/KyTypes.h>
+
+#include <cmath>
+
+namespace Ky::Psy {
+
+constexpr double kT0 = 273.15;           // K at 0 °C
+constexpr double kTripleC = 0.01;        // °C, where the saturation curve switches ice/water
+constexpr double kTripleK = 273.16;      // K
+constexpr double kRda = 287.042;         // J/(kg K), gas constant of dry air (ASHRAE 2017 eq. 26)
+constexpr double kMinT = -100.0;         // °C, validity range of the Hyland-Wexler equations
+constexpr double kMaxT = 200.0;          // °C
+constexpr double kNaN = __builtin_nan("");
+
+// The constants of one formulation:
+//   h = cpa t + W (hg0 + cpv t)                        (kJ/kg)
+//   W = ratio pv / (B - pv)                            (ratio = Mw/Mda)
+// and of its wet-bulb balance (adiabatic saturation, ASHRAE 2017 eqs. 33 and 35 in form):
+//   W = ((a0 + (cpv - cw) t*) Ws* - cpa (t - t*)) / (a0 + cpv t - cw t*)
+// with a0 = hg0, cw = 4.186 over water (t* >= 0 °C), and a0 = hg0 + latent heat of fusion,
+// cw = 2.1 over ice (t* < 0 °C).
+struct Coef {
+    double cpa;    // kJ/(kg K), dry air
+    double hg0;    // kJ/kg, vapour enthalpy at 0 °C
+    double cpv;    // kJ/(kg K), vapour
+    double ratio;  // kg/kg, Mw/Mda
+    double a0Ice;  // kJ/kg, hg0 plus the latent heat of fusion (-enthalpy of ice at 0 °C)
+};
+constexpr double kCw = 4.186;     // kJ/(kg K), liquid water
+constexpr double kCice = 2.1;     // kJ/(kg K), ice
+
+// The chart's own: 1.01 t + 0.001 d (2500 + 1.84 t), d = 622 pv/(B - pv). Its wet-bulb balance
+// uses the same enthalpies, with ice at -333.4 + 2.1 t kJ/kg (ASHRAE 2017 ch. 1, below eq. 35),
+// so that the wet bulb agrees with the chart's own isenthalps.
+constexpr Coef kChart{1.01, 2500.0, 1.84, 0.622, 2500.0 + 333.4};
+// ASHRAE 2017 ch. 1: eqs. 22 (0.621945), 32 (1.006, 2501, 1.86), 33 and 35 (2830).
+constexpr Coef kAshrae{1.006, 2501.0, 1.86, 0.621945, 2830.0};
+
+inline const Coef& CoefOf(Ky::_Formulation f) { return f == Ky::FORMULATION_ASHRAE2017 ? kAshrae : kChart; }
+
+// ---- saturation pressure, Hyland and Wexler (1983), ASHRAE 2017 ch. 1 eqs. 5 and 6 ----
+// ln pws = C1/T + C2 + C3 T + C4 T^2 + C5 T^3 (+ C6 T^4) + C7 ln T, pws in Pa, T in K.
+namespace hw {
+constexpr double kI1 = -5.6745359e3, kI2 = 6.3925247, kI3 = -9.6778430e-3, kI4 = 6.2215701e-7,
+                 kI5 = 2.0747825e-9, kI6 = -9.4840240e-13, kI7 = 4.1635019;  // eq. 5, ice
+constexpr double kW1 = -5.8002206e3, kW2 = 1.3914993, kW3 = -4.8640239e-2, kW4 = 4.1764768e-5,
+                 kW5 = -1.4452093e-8, kW6 = 6.5459673;  // eq. 6, water
+}  // namespace hw
+
+// True where eq. 6 (water) applies: at and above the triple point.
+inline bool OverWater(double T) { return T >= kTripleK; }
+
+// ln pws(T) and its slope d(ln pws)/dT (1/K). T in K, 173.15 to 473.15 (wider is harmless
+// arithmetic, but outside the fitted range the values are no longer physical).
+inline double LnPws(double T, double* slope = nullptr)
+{
+    const double invT = 1.0 / T;
+    const double lnT = std::log(T);
+    if (OverWater(T)) {
+        using namespace hw;
+        if (slope) *slope = -kW1 * invT * invT + kW3 + T * (2.0 * kW4 + T * 3.0 * kW5) + kW6 * invT;
+        return kW1 * invT + kW2 + T * (kW3 + T * (kW4 + T * kW5)) + kW6 * lnT;
+    }
+    using namespace hw;
+    if (slope) *slope = -kI1 * invT * invT + kI3 + T * (2.0 * kI4 + T * (3.0 * kI5 + T * 4.0 * kI6)) + kI7 * invT;
+    return kI1 * invT + kI2 + T * (kI3 + T * (kI4 + T * (kI5 + T * kI6))) + kI7 * lnT;
+}
+
+// d(ln pws)/dT at T (1/K) without any transcendental call: the chart needs it at the dry bulb,
+// where pws is already known.
+inline double LnPwsSlope(double T)
+{
+    const double invT = 1.0 / T;
+    using namespace hw;
+    if (OverWater(T)) return -kW1 * invT * invT + kW3 + T * (2.0 * kW4 + T * 3.0 * kW5) + kW6 * invT;
+    return -kI1 * invT * invT + kI3 + T * (2.0 * kI4 + T * (3.0 * kI5 + T * 4.0 * kI6)) + kI7 * invT;
+}
+
+// pws in Pa at t °C; the caller has checked t (kMinT..kMaxT).
+inline double Pws(double t) { return std::exp(LnPws(t + kT0)); }
+
+// ---- the ideal-gas relations of one formulation ----
+inline double WFromPv(const Coef& c, double pv, double B) { return c.ratio * pv / (B - pv); }
+inline double PvFromW(const Coef& c, double W, double B) { return B * W / (c.ratio + W); }
+inline double Enthalpy(const Coef& c, double t, double W) { return c.cpa * t + W * (c.hg0 + c.cpv * t); }
+// Dry bulb from h and W: the enthalpy relation solved in closed form (no iteration, so that
+// setting by (h, d) keeps h and d exactly and derives t to the last bit the division allows).
+inline double TdbFromHW(const Coef& c, double h, double W) { return (h - c.hg0 * W) / (c.cpa + c.cpv * W); }
+// W from h and t, the same relation solved for W.
+inline double WFromHT(const Coef& c, double h, double t) { return (h - c.cpa * t) / (c.hg0 + c.cpv * t); }
+// Specific volume, m³/kg dry air: v = Rda T (1 + W/ratio) / B (ASHRAE 2017 eq. 26, written with
+// the formulation's own ratio so that v and W agree exactly).
+inline double SpecificVolume(const Coef& c, double t, double W, double B)
+{
+    return kRda * (t + kT0) * (1.0 + W / c.ratio) / B;
+}
+
+// ---- solvers (KyPsy.cpp) ----
+
+// Saturation temperature, °C: the t with pws(t) = p, over water at and above the triple point
+// and over ice below it. p in Pa, positive and finite. NaN when the temperature lies outside
+// -100..200 °C or the solver fails. Used for the dew (frost) point and for states of given RH.
+double SatTemperature(double p);
+
+// Thermodynamic wet bulb, °C, of air at t °C with humidity ratio W at pressure B, where pws(t)
+// is ps. NaN when no wet bulb exists in range or the solver fails.
+double WetBulb(const Coef& c, double t, double W, double B, double ps);
+
+// Humidity ratio of air at t °C whose wet bulb is twb (ASHRAE 2017 eqs. 33 and 35 in form).
+// NaN when pws(twb) >= B.
+double WFromWetBulb(const Coef& c, double t, double twb, double B);
+
+// Dry bulb, °C, of air with enthalpy h and relative humidity rh (0 < rh <= 1) at B.
+// NaN when no such state lies in -100..200 °C below pv = B, or the solver fails.
+double TdbFromHRH(const Coef& c, double h, double rh, double B);
+
+}  // namespace Ky::Psy
