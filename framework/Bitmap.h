@@ -24,6 +24,12 @@ public:
     CSize GetSize() const;
     KySurface* Surface() const { return m_pSurface; }
 
+    // What a fresh memory DC holds: a bitmap without pixels, so drawing does nothing.
+    static CBitmap* GetStockBitmap();
+
 private:
+    struct StockTag {};
+    explicit CBitmap(StockTag);
+
     KySurface* m_pSurface = nullptr;
 };

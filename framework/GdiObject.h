@@ -20,7 +20,10 @@ public:
     // The framework's stock objects: WHITE_BRUSH, BLACK_BRUSH, NULL_BRUSH, WHITE_PEN,
     // BLACK_PEN, NULL_PEN, DEFAULT_GUI_FONT, SYSTEM_FONT; null for any other index.
     static CGdiObject* GetStockObject(int index);
+    // Stock objects cannot be deleted or re-created.
+    bool IsStockObject() const { return m_bStock; }
 
 protected:
     bool m_bCreated = false;
+    bool m_bStock = false;
 };

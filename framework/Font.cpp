@@ -1,0 +1,16 @@
+#include <kygraph/Font.h>
+
+BOOL CFont::CreateFontIndirect(const LOGFONT* lf)
+{
+    if (!lf || m_bStock) return FALSE;
+    m_lf = *lf;
+    m_bCreated = true;
+    return TRUE;
+}
+
+BOOL CFont::GetLogFont(LOGFONT* lf) const
+{
+    if (!lf || !m_bCreated) return FALSE;
+    *lf = m_lf;
+    return TRUE;
+}

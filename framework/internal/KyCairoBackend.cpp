@@ -1,0 +1,321 @@
+#include "KyCairoBackend.h"
+
+#include "KyGdiGeometry.h"
+#include "KySurface.h"
+#include "KyTextEngine.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+#include <vector>
+
+using Ky::PointD;
+using Ky::RectD;
+
+namespace {
+
+// Pixel (i, j) covers [i, i+1) x [j, j+1): GDI's integer points are pixel centres.
+constexpr double kCentre = 0.5;
+
+PointD ArcPoint(const KyEllipseArc& a, double t) { return PointD{a.cx + a.rx * std::cos(t), a.cy - a.ry * std::sin(t)}; }
+
+// The arc as cubic Beziers, at most a quarter turn each; no scaling, so a zero radius gives a
+// flat path instead of a singular matrix (which would put the context into a sticky error).
+void AppendBezierArc(cairo_t* cr, const KyEllipseArc& a)
+{
+    const double sweep = std::clamp(a.sweep, -2.0 * std::numbers::pi, 2.0 * std::numbers::pi);
+    const int n = std::max(1, static_cast<int>(std::ceil(std::fabs(sweep) / (std::numbers::pi / 2) - 1e-9)));
+    const double step = sweep / n;
+    const double k = 4.0 / 3.0 * std::tan(step / 4.0);
+    PointD p = ArcPoint(a, a.start);
+    cairo_move_to(cr, p.x, p.y);
+    for (int i = 0; i < n; ++i) {
+        const double t0 = a.start + step * i, t1 = t0 + step;
+        const PointD q = ArcPoint(a, t1);
+        const double d0x = -a.rx * std::sin(t0), d0y = -a.ry * std::cos(t0);
+        const double d1x = -a.rx * std::sin(t1), d1y = -a.ry * std::cos(t1);
+        cairo_curve_to(cr, p.x + k * d0x, p.y + k * d0y, q.x - k * d1x, q.y - k * d1y, q.x, q.y);
+        p = q;
+    }
+}
+
+bool PointIsSafe(const POINT& p) { return Ky::IsSafe(p.x) && Ky::IsSafe(p.y); }
+
+}  // namespace
+
+KyCairoBackend::~KyCairoBackend()
+{
+    if (m_cr) cairo_destroy(m_cr);
+}
+
+std::unique_ptr<KyDCBackend> KyCairoBackend::CreateCompatible() const { return std::make_unique<KyCairoBackend>(m_kind); }
+
+void KyCairoBackend::OnTargetChanged()
+{
+    if (m_cr) cairo_destroy(m_cr);
+    m_cr = nullptr;
+}
+
+cairo_t* KyCairoBackend::Context()
+{
+    KySurface* t = Target();
+    if (!t || !t->cs || cairo_surface_status(t->cs) != CAIRO_STATUS_SUCCESS) return nullptr;
+    if (m_cr && cairo_status(m_cr) != CAIRO_STATUS_SUCCESS) {
+        cairo_destroy(m_cr);
+        m_cr = nullptr;
+    }
+    if (!m_cr) m_cr = cairo_create(t->cs);
+    return cairo_status(m_cr) == CAIRO_STATUS_SUCCESS ? m_cr : nullptr;
+}
+
+double KyCairoBackend::Width() const { return Target() ? Target()->width : 0; }
+double KyCairoBackend::Height() const { return Target() ? Target()->height : 0; }
+
+// An empty target takes every drawing and shows none of it.
+#define KY_CONTEXT_OR_RETURN(cr)                          \
+    if (!Target()) return false;                          \
+    cairo_t* cr = Context();                              \
+    if (!cr) return Target()->cs == nullptr;
+
+void KyCairoBackend::StrokeWith(cairo_t* cr, const KyPen& pen, bool aliased, double dashOffset)
+{
+    cairo_set_antialias(cr, Aliased(aliased) ? CAIRO_ANTIALIAS_NONE : CAIRO_ANTIALIAS_DEFAULT);
+    cairo_set_line_width(cr, pen.width);
+    cairo_set_line_cap(cr, pen.width > 1 ? CAIRO_LINE_CAP_ROUND : CAIRO_LINE_CAP_BUTT);
+    cairo_set_line_join(cr, pen.width > 1 ? CAIRO_LINE_JOIN_ROUND : CAIRO_LINE_JOIN_MITER);
+    int count = 0;
+    const int* dashes = Ky::CosmeticDashes(pen.style, count);
+    double d[6];
+    for (int i = 0; i < count; ++i) d[i] = dashes[i];
+    cairo_set_dash(cr, d, count, dashOffset);
+    Ky::SetSourceColor(cr, pen.color);
+    cairo_stroke(cr);
+}
+
+bool KyCairoBackend::Polyline(const POINT* pts, int n, const KyPen& pen, bool aliased)
+{
+    if (!pts || n < 2) return false;
+    if (pen.style == PS_NULL) return Target() != nullptr;
+    KY_CONTEXT_OR_RETURN(cr)
+    cairo_save(cr);
+    if (Aliased(aliased) && pen.width <= 1) {
+        int count = 0;
+        const int* dashes = Ky::CosmeticDashes(pen.style, count);
+        std::vector<RECT> runs;
+        std::int64_t styleIndex = 0;
+        for (int i = 0; i + 1 < n; ++i)
+            Ky::CosmeticLineRuns(pts[i], pts[i + 1], Target()->width, Target()->height, dashes, count, styleIndex, runs);
+        cairo_new_path(cr);
+        for (const RECT& r : runs) cairo_rectangle(cr, r.left, r.top, r.right - r.left, r.bottom - r.top);
+        cairo_set_antialias(cr, CAIRO_ANTIALIAS_NONE);
+        Ky::SetSourceColor(cr, pen.color);
+        cairo_fill(cr);
+    } else if (std::all_of(pts, pts + n, PointIsSafe)) {
+        cairo_new_path(cr);
+        cairo_move_to(cr, pts[0].x + kCentre, pts[0].y + kCentre);
+        for (int i = 1; i < n; ++i) cairo_line_to(cr, pts[i].x + kCentre, pts[i].y + kCentre);
+        StrokeWith(cr, pen, aliased, 0.0);
+    } else {
+        // Far-away points: each segment is clipped to the surface (widened by the pen) and
+        // stroked on its own, the dash pattern resuming where the unclipped line would be.
+        const double m = pen.width / 2.0 + 2.0;
+        const RectD clip{-m, -m, Width() + m, Height() + m};
+        double along = 0.0;
+        for (int i = 0; i + 1 < n; ++i) {
+            PointD a{pts[i].x + kCentre, pts[i].y + kCentre}, b{pts[i + 1].x + kCentre, pts[i + 1].y + kCentre};
+            const double len = std::hypot(b.x - a.x, b.y - a.y);
+            double t0 = 0.0;
+            if (Ky::ClipSegment(a, b, clip, &t0)) {
+                cairo_new_path(cr);
+                cairo_move_to(cr, a.x, a.y);
+                cairo_line_to(cr, b.x, b.y);
+                StrokeWith(cr, pen, aliased, std::fmod(along + t0 * len, 1e6));
+            }
+            along = std::fmod(along + len, 1e6);  // 1e6 is a multiple of every dash period
+        }
+    }
+    cairo_restore(cr);
+    return true;
+}
+
+void KyCairoBackend::StrokeArc(cairo_t* cr, const KyEllipseArc& arc, const KyPen& pen, bool aliased)
+{
+    if (Ky::ArcIsSafe(arc)) {
+        cairo_new_path(cr);
+        AppendBezierArc(cr, arc);
+        if (std::fabs(arc.sweep) >= 2.0 * std::numbers::pi) cairo_close_path(cr);
+        StrokeWith(cr, pen, aliased, 0.0);
+        return;
+    }
+    // A huge ellipse: flatten it and keep only what passes near the surface.
+    std::vector<PointD> pts;
+    Ky::FlattenArc(arc, pts);
+    const double m = pen.width / 2.0 + 2.0;
+    const RectD clip{-m, -m, Width() + m, Height() + m};
+    bool open = false;
+    for (size_t i = 0; i + 1 < pts.size(); ++i) {
+        PointD a = pts[i], b = pts[i + 1];
+        double t0 = 0.0, t1 = 1.0;
+        if (!Ky::ClipSegment(a, b, clip, &t0, &t1)) {
+            if (open) StrokeWith(cr, pen, aliased, 0.0);
+            open = false;
+            continue;
+        }
+        if (!open || t0 > 0.0) {
+            if (open) StrokeWith(cr, pen, aliased, 0.0);
+            cairo_new_path(cr);
+            cairo_move_to(cr, a.x, a.y);
+            open = true;
+        }
+        cairo_line_to(cr, b.x, b.y);
+        if (t1 < 1.0) {
+            StrokeWith(cr, pen, aliased, 0.0);
+            open = false;
+        }
+    }
+    if (open) StrokeWith(cr, pen, aliased, 0.0);
+}
+
+bool KyCairoBackend::Arc(const KyEllipseArc& arc, const KyPen& pen, bool aliased)
+{
+    if (pen.style == PS_NULL) return Target() != nullptr;
+    KY_CONTEXT_OR_RETURN(cr)
+    cairo_save(cr);
+    StrokeArc(cr, arc, pen, aliased);
+    cairo_restore(cr);
+    return true;
+}
+
+bool KyCairoBackend::Ellipse(const KyEllipseArc& e, const KyPen& pen, const KyBrush& brush, bool aliased)
+{
+    KY_CONTEXT_OR_RETURN(cr)
+    cairo_save(cr);
+    if (!brush.null) {
+        cairo_new_path(cr);
+        if (Ky::ArcIsSafe(e)) {
+            AppendBezierArc(cr, e);
+            cairo_close_path(cr);
+        } else {
+            std::vector<PointD> poly;
+            Ky::FlattenArc(e, poly);
+            Ky::ClipPolygon(poly, RectD{-2.0, -2.0, Width() + 2.0, Height() + 2.0});
+            for (size_t i = 0; i < poly.size(); ++i)
+                (i == 0 ? cairo_move_to : cairo_line_to)(cr, poly[i].x, poly[i].y);
+            cairo_close_path(cr);
+        }
+        cairo_set_antialias(cr, Aliased(aliased) ? CAIRO_ANTIALIAS_NONE : CAIRO_ANTIALIAS_DEFAULT);
+        Ky::SetSourceColor(cr, brush.color);
+        cairo_fill(cr);
+    }
+    if (pen.style != PS_NULL) StrokeArc(cr, e, pen, aliased);
+    cairo_restore(cr);
+    return true;
+}
+
+bool KyCairoBackend::FillRect(const RECT& rc, COLORREF color)
+{
+    KY_CONTEXT_OR_RETURN(cr)
+    const double l = std::max<double>(rc.left, 0.0), t = std::max<double>(rc.top, 0.0);
+    const double r = std::min<double>(rc.right, Width()), b = std::min<double>(rc.bottom, Height());
+    if (!(l < r && t < b)) return true;
+    cairo_save(cr);
+    cairo_new_path(cr);
+    cairo_rectangle(cr, l, t, r - l, b - t);
+    cairo_set_antialias(cr, CAIRO_ANTIALIAS_NONE);
+    Ky::SetSourceColor(cr, color);
+    cairo_fill(cr);
+    cairo_restore(cr);
+    return true;
+}
+
+bool KyCairoBackend::Text(const KyTextRun& run, bool aliased)
+{
+    if (!Target() || !run.font) return false;
+    KyTextEngine& engine = KyTextEngine::Instance();
+    auto lock = engine.Lock();
+    KyTextEngine::Font font;
+    if (!engine.Resolve(*run.font, font)) return false;
+    if (run.utf8.empty()) return true;
+    const KyTextEngine::Layout* layout = engine.GetLayout(font, run.utf8);
+    if (!layout) return false;
+    const CSize ext = engine.Extent(font, *layout);
+
+    // The turned cell: local x runs along the text, local y down the cell.
+    const double angle = run.escapement * std::numbers::pi / 1800.0;
+    const double c = std::cos(angle), s = std::sin(angle);
+    const double w = std::max<double>(ext.cx, layout->width * font.scale), h = font.cell;
+    double minX = run.x, maxX = run.x, minY = run.y, maxY = run.y;
+    for (const PointD& p : {PointD{w, 0}, PointD{0, h}, PointD{w, h}}) {
+        const double x = run.x + p.x * c + p.y * s, y = run.y - p.x * s + p.y * c;
+        minX = std::min(minX, x), maxX = std::max(maxX, x), minY = std::min(minY, y), maxY = std::max(maxY, y);
+    }
+    // Skipping text that misses the surface is what keeps far-away labels cheap.
+    if (maxX < 0 || maxY < 0 || minX > Width() || minY > Height()) return true;
+    if (!Ky::IsSafe(minX) || !Ky::IsSafe(maxX) || !Ky::IsSafe(minY) || !Ky::IsSafe(maxY)) return false;
+
+    cairo_t* cr = Context();
+    if (!cr) return Target()->cs == nullptr;
+    cairo_save(cr);
+    cairo_translate(cr, run.x, run.y);
+    cairo_rotate(cr, -angle);  // Cairo turns clockwise on screen, escapement counter-clockwise
+    if (run.opaque) {
+        cairo_new_path(cr);
+        cairo_rectangle(cr, 0, 0, ext.cx, font.cell);
+        cairo_set_antialias(cr, Aliased(aliased) ? CAIRO_ANTIALIAS_NONE : CAIRO_ANTIALIAS_DEFAULT);
+        Ky::SetSourceColor(cr, run.bkColor);
+        cairo_fill(cr);
+    }
+    // The cell's top is the baseline less the selected font's ascent, whatever fallback
+    // fonts the line used.
+    cairo_translate(cr, 0, font.ascent - layout->baseline * font.scale);
+    cairo_scale(cr, font.scale, font.scale);
+    cairo_move_to(cr, 0, 0);
+    Ky::SetSourceColor(cr, run.textColor);
+    if (font.scale > 1.0) {
+        cairo_new_path(cr);
+        cairo_move_to(cr, 0, 0);
+        pango_cairo_layout_path(cr, layout->layout);
+        cairo_set_antialias(cr, Aliased(aliased) ? CAIRO_ANTIALIAS_NONE : CAIRO_ANTIALIAS_DEFAULT);
+        cairo_fill(cr);
+    } else {
+        pango_cairo_show_layout(cr, layout->layout);
+    }
+    cairo_restore(cr);
+    return true;
+}
+
+bool KyCairoBackend::Blit(int x, int y, int w, int h, KySurface* src, int xs, int ys)
+{
+    if (!src) return false;
+    KY_CONTEXT_OR_RETURN(cr)
+    if (!src->cs || w <= 0 || h <= 0) return true;
+    cairo_save(cr);
+    cairo_surface_t* from = src->cs;
+    double ox = static_cast<double>(x) - xs, oy = static_cast<double>(y) - ys;
+    cairo_surface_t* copy = nullptr;
+    if (src == Target()) {
+        // A copy within one surface goes through a snapshot of the source block.
+        copy = cairo_surface_create_similar(src->cs, CAIRO_CONTENT_COLOR_ALPHA, w, h);
+        cairo_t* c2 = cairo_create(copy);
+        cairo_set_source_surface(c2, src->cs, -xs, -ys);
+        cairo_set_operator(c2, CAIRO_OPERATOR_SOURCE);
+        cairo_paint(c2);
+        cairo_destroy(c2);
+        from = copy;
+        ox = x;
+        oy = y;
+    }
+    cairo_set_source_surface(cr, from, ox, oy);
+    cairo_pattern_set_filter(cairo_get_source(cr), CAIRO_FILTER_NEAREST);
+    // Raster to raster copies the pixels as they are; a vector target takes the source over
+    // what is there, which keeps the SVG/PDF output free of image fallbacks.
+    cairo_set_operator(cr, m_kind == Raster && src->kind == KySurface::Raster ? CAIRO_OPERATOR_SOURCE
+                                                                               : CAIRO_OPERATOR_OVER);
+    cairo_set_antialias(cr, CAIRO_ANTIALIAS_NONE);
+    cairo_new_path(cr);
+    cairo_rectangle(cr, x, y, w, h);
+    cairo_fill(cr);
+    cairo_restore(cr);
+    if (copy) cairo_surface_destroy(copy);
+    return true;
+}

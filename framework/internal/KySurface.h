@@ -1,0 +1,42 @@
+// KySurface: the pixels (or vector drawing) behind a bitmap or an off-screen window. Shared
+// by reference count between the bitmap or window that made it and the DCs drawing on it, so
+// deleting a bitmap that is still selected never leaves a DC with freed memory.
+#pragma once
+
+#include <kygraph/WinTypes.h>
+
+#include <cairo.h>
+
+#include <atomic>
+
+struct KySurface {
+    enum Kind { Raster, Vector };
+
+    Kind kind = Raster;
+    int width = 0;
+    int height = 0;
+    // Null for an empty (0-pixel) surface. Raster: an ARGB32 image surface; vector: a
+    // recording surface bounded to width x height.
+    cairo_surface_t* cs = nullptr;
+    std::atomic<int> refs{1};
+};
+
+namespace Ky {
+
+// Cairo's image surfaces refuse larger sides; vector surfaces share the limit so that both
+// kinds accept the same sizes.
+constexpr int kMaxSurfaceSide = 32767;
+
+// A surface of that kind and size filled with colour (one reference, owned by the caller).
+// A 0-pixel side gives a valid empty surface; null for a negative size, a side above
+// kMaxSurfaceSide, or when cairo cannot allocate it.
+KySurface* CreateSurface(KySurface::Kind kind, int cx, int cy, COLORREF fill);
+KySurface* RefSurface(KySurface* s);
+void ReleaseSurface(KySurface* s);
+
+// The colour at (x, y) of a raster surface; 0xFFFFFFFF outside it or for other kinds.
+COLORREF SurfacePixel(const KySurface* s, int x, int y);
+
+void SetSourceColor(cairo_t* cr, COLORREF color);
+
+}  // namespace Ky
