@@ -68,9 +68,19 @@ constexpr int kSatMaxIter = 30;
 // s² / 10 K, so a step below 1e-5 K leaves an error of order 1e-11 K.
 constexpr double kWetBulbTolK = 1e-5;
 constexpr int kWetBulbMaxIter = 60;
-// How far below -100 °C the wet bulb of the coldest air may lie (it is 2e-5 K below the dry
-// bulb there, so 1 K is ample); the ice equation is smooth enough to extend that far.
-constexpr double kWetBulbFloorC = kMinT - 1.0;
+
+// Dry bulb of a given (h, RH): step tolerance in K, as for the wet bulb.
+constexpr double kHRHTolK = 1e-5;
+constexpr int kHRHMaxIter = 80;
+
+// A solved temperature for a state exactly at an end of the range may land a rounding error
+// outside it; within 1e-9 K it is taken as the end itself.
+inline double SnapToRange(double t)
+{
+    if (t < kMinT && t >= kMinT - 1e-9) return kMinT;
+    if (t > kMaxT && t <= kMaxT + 1e-9) return kMaxT;
+    return t;
+}
 
 }  // namespace
 
@@ -82,7 +92,8 @@ double SatTemperature(double p)
     static const double kLnMin = LnPws(kMinT + kT0);
     static const double kLnMax = LnPws(kMaxT + kT0);
     const double alpha = std::log(p);
-    if (alpha < kLnMin || alpha > kLnMax) return kNaN;
+    // The ends of the range are accepted with a rounding margin (1e-12 in ln p, 1e-10 K).
+    if (!(alpha >= kLnMin - 1e-12 && alpha <= kLnMax + 1e-12)) return kNaN;
     // pws is discontinuous at the triple point by 4e-6 Pa (eqs. 5 and 6 meet only that
     // closely); a pressure inside the gap saturates at the triple point itself.
     if (alpha >= kLnTripleIce && alpha < kLnTripleWater) return kTripleC;
@@ -101,7 +112,7 @@ double SatTemperature(double p)
         if (!(next >= lo && next <= hi)) next = next < lo ? 0.5 * (T + lo) : 0.5 * (T + hi);
         const bool done = std::fabs(next - T) < kSatTolK;
         T = next;
-        if (done) return T - kT0;
+        if (done) return SnapToRange(T - kT0);
     }
     return kNaN;
 }
@@ -187,7 +198,7 @@ double TdbFromHRH(const Coef& c, double h, double rh, double B)
     if (hi > kMaxT + 1.0) hi = kMaxT + 1.0;
     const double lo = kMinT - 1.0;
     if (!(hi > lo)) return kNaN;
-    const double r = SolveIncreasing(H, lo, hi, hi, 1e-5, 80);
+    const double r = SnapToRange(SolveIncreasing(H, lo, hi, hi, kHRHTolK, kHRHMaxIter));
     return (r >= kMinT && r <= kMaxT) ? r : kNaN;
 }
 

@@ -41,6 +41,9 @@ bool Refuse(CKyObject& obj, Ky::_ErrorStatus status, const Inputs& in, const wch
 }
 
 bool IsTdbInRange(double t) { return t >= CKyStaPnt::kMinTdb && t <= CKyStaPnt::kMaxTdb; }
+// A dry bulb derived from the pair may miss an end of the range by rounding (a state set at
+// exactly -100 °C and read back by (h, d)); 1e-9 K of margin keeps such states reachable.
+bool IsDerivedTdbInRange(double t) { return t >= CKyStaPnt::kMinTdb - 1e-9 && t <= CKyStaPnt::kMaxTdb + 1e-9; }
 
 }  // namespace
 
@@ -105,7 +108,7 @@ bool CKyStaPnt::Commit(const State& s)
 // text names the input at fault; this catches what follows from the pair.
 #define KY_CHECK_STATE(s)                                                                              \
     do {                                                                                               \
-        if (!IsTdbInRange((s).tdb))                                                                    \
+        if (!IsDerivedTdbInRange((s).tdb))                                                             \
             KY_REFUSE(Ky::ERR_OUT_OF_DOMAIN, L"由此得出的干球温度 %g °C 超出 -100～200 °C 的计算范围。", \
                       (s).tdb);                                                                        \
         if (!((s).d >= 0.0)) KY_REFUSE(Ky::ERR_OUT_OF_DOMAIN, L"由此得出的含湿量 %g g/kg 为负。", (s).d); \
@@ -179,9 +182,10 @@ bool CKyStaPnt::SetBy_TdbandTwb(double tdb, double twb)
     KY_CHECK_FINITE();
     KY_CHECK_TDB(tdb);
     if (twb > tdb) KY_REFUSE(Ky::ERR_INCONSISTENT, L"湿球温度高于干球温度。");
-    if (!(twb >= kMinTdb)) KY_REFUSE(Ky::ERR_OUT_OF_DOMAIN, L"湿球温度低于 -100 °C 的计算范围。");
+    if (!(twb >= Psy::kWetBulbFloorC)) KY_REFUSE(Ky::ERR_OUT_OF_DOMAIN, L"湿球温度低于 -101 °C 的计算范围。");
     const Globals g = ReadGlobals();
-    const double w = Psy::WFromWetBulb(*g.c, tdb, twb, g.b);
+    double w = Psy::WFromWetBulb(*g.c, tdb, twb, g.b);
+    if (w < 0.0 && w >= -kDTolerance / 1000.0) w = 0.0;
     if (!(w >= 0.0))
         KY_REFUSE(Ky::ERR_INCONSISTENT, L"湿球温度过低，由此得出的含湿量 %g g/kg 为负或无解。", 1000.0 * w);
     State s;
@@ -218,7 +222,7 @@ bool CKyStaPnt::SetHD(double h, double d, double b, Ky::_Formulation form)
     s.twb = kNaN;
     s.b = g.b;
     s.form = g.form;
-    if (!IsTdbInRange(s.tdb))
+    if (!IsDerivedTdbInRange(s.tdb))
         KY_REFUSE(Ky::ERR_OUT_OF_DOMAIN, L"由此得出的干球温度 %g °C 超出 -100～200 °C 的计算范围。", s.tdb);
     s.ps = Psy::Pws(s.tdb);
     KY_CHECK_STATE(s);
@@ -231,7 +235,8 @@ bool CKyStaPnt::SetBy_HandTdb(double h, double tdb)
     KY_CHECK_FINITE();
     KY_CHECK_TDB(tdb);
     const Globals g = ReadGlobals();
-    const double w = Psy::WFromHT(*g.c, h, tdb);
+    double w = Psy::WFromHT(*g.c, h, tdb);
+    if (w < 0.0 && w >= -kDTolerance / 1000.0) w = 0.0;
     if (!(w >= 0.0))
         KY_REFUSE(Ky::ERR_OUT_OF_DOMAIN, L"焓低于同温度干空气的焓 %g kJ/kg，含湿量将为负。",
                   Psy::Enthalpy(*g.c, tdb, 0.0));

@@ -21,6 +21,9 @@ public:
     static constexpr double kMinTdb = -100.0;  // °C, lower end of the Hyland-Wexler ice equation
     static constexpr double kMaxTdb = 200.0;   // °C, upper end of the Hyland-Wexler water equation
     static constexpr double kRHTolerance = 1e-9;  // accepted excess of RH over 1 (rounding)
+    // A d derived from the pair (never a d given as input) that is negative by less than this,
+    // g/kg, is rounding and becomes 0: dry air at the end of an isenthalp or a wet bulb.
+    static constexpr double kDTolerance = 1e-9;
 
     CKyStaPnt();
     CKyStaPnt(const CKyStaPnt& other);

@@ -17,6 +17,10 @@ constexpr double kTripleK = 273.16;      // K
 constexpr double kRda = 287.042;         // J/(kg K), gas constant of dry air (ASHRAE 2017 eq. 26)
 constexpr double kMinT = -100.0;         // °C, validity range of the Hyland-Wexler equations
 constexpr double kMaxT = 200.0;          // °C
+// Lowest wet bulb accepted and returned, °C. The wet bulb of the coldest air in range lies
+// 2e-5 K below its dry bulb, so it can fall just under -100 °C; the ice equation is smooth
+// enough to extend 1 K that far.
+constexpr double kWetBulbFloorC = kMinT - 1.0;
 constexpr double kNaN = __builtin_nan("");
 
 // The constants of one formulation:
