@@ -3,13 +3,6 @@
 
 #include <cmath>
 
-#ifdef KY_PSY_COUNT
-int g_kyPsyIter = 0;
-#define KY_COUNT_ITER() (++g_kyPsyIter)
-#else
-#define KY_COUNT_ITER() ((void)0)
-#endif
-
 namespace Ky::Psy {
 
 namespace {
@@ -24,7 +17,6 @@ template <class F>
 double SolveIncreasing(F&& f, double lo, double hi, double x, double tol, int maxIter)
 {
     for (int i = 0; i < maxIter; ++i) {
-        KY_COUNT_ITER();
         double slope = 0.0;
         const double fx = f(x, slope);
         if (fx > 0.0) {
@@ -64,8 +56,9 @@ inline double GuessInvTsat(double alpha, bool water)
 constexpr double kSatTolK = 1e-5;
 constexpr int kSatMaxIter = 30;
 
-// Wet-bulb step tolerance, K. The balance is smooth and Newton's error after a step s is about
-// s² / 10 K, so a step below 1e-5 K leaves an error of order 1e-11 K.
+// Wet-bulb step tolerance, K. A Newton step below 1e-5 K means the iteration is deep in its
+// quadratic regime: the error left is of order 1e-11 K (the round-trip tests hold it below
+// 1e-10 K over the whole domain), far tighter than the usual 1e-3 K of psychrometric codes.
 constexpr double kWetBulbTolK = 1e-5;
 constexpr int kWetBulbMaxIter = 60;
 
@@ -103,7 +96,6 @@ double SatTemperature(double p)
     double T = 1.0 / GuessInvTsat(alpha, water);
     // Newton in u = 1/T, where ln pws is nearly linear; the bracket keeps T on its branch.
     for (int i = 0; i < kSatMaxIter; ++i) {
-        KY_COUNT_ITER();
         double slope = 0.0;
         const double f = LnPws(T, &slope) - alpha;
         // du = -f / (d ln pws / du) = f / (slope T²), and T_new = 1 / (1/T + du)

@@ -414,12 +414,15 @@ double CKyStaPnt::GetTdp() const
     if (!m_bValid) return kNaN;
     if (m_dPv >= m_dPs) return m_dTdb;  // saturated
     // NaN for dry air and for a dew point below the -100 °C end of the saturation equation.
-    return Psy::SatTemperature(m_dPv);
+    // Near saturation the solver's last bit may land above the dry bulb; the dew point never does.
+    const double tdp = Psy::SatTemperature(m_dPv);
+    return tdp > m_dTdb ? m_dTdb : tdp;
 }
 
 double CKyStaPnt::GetTwb() const
 {
     if (!m_bValid) return kNaN;
     if (m_dTwbGiven == m_dTwbGiven) return m_dTwbGiven;  // set by this wet bulb: keep it exactly
-    return Psy::WetBulb(Psy::CoefOf(m_eFormulation), m_dTdb, m_dD / 1000.0, m_dB, m_dPs);
+    const double twb = Psy::WetBulb(Psy::CoefOf(m_eFormulation), m_dTdb, m_dD / 1000.0, m_dB, m_dPs);
+    return twb > m_dTdb ? m_dTdb : twb;  // as for the dew point: never above the dry bulb
 }

@@ -61,43 +61,51 @@ constexpr double kW1 = -5.8002206e3, kW2 = 1.3914993, kW3 = -4.8640239e-2, kW4 =
 // True where eq. 6 (water) applies: at and above the triple point.
 inline bool OverWater(double T) { return T >= kTripleK; }
 
-// ln pws(T) and its slope d(ln pws)/dT (1/K). T in K, 173.15 to 473.15 (wider is harmless
-// arithmetic, but outside the fitted range the values are no longer physical).
+// ln pws(T), pws in Pa, and optionally its slope d(ln pws)/dT in 1/K, at T in K: eq. 6 at and
+// above the triple point, eq. 5 below. Valid 173.15..473.15 K; a little beyond is harmless
+// arithmetic. Solvers work with the logarithm because it is nearly linear in 1/T (Clausius-
+// Clapeyron), so Newton's steps on it are almost exact; the slope costs no extra
+// transcendental call once ln T is known.
 inline double LnPws(double T, double* slope = nullptr)
 {
+    using namespace hw;
     const double invT = 1.0 / T;
     const double lnT = std::log(T);
     if (OverWater(T)) {
-        using namespace hw;
         if (slope) *slope = -kW1 * invT * invT + kW3 + T * (2.0 * kW4 + T * 3.0 * kW5) + kW6 * invT;
         return kW1 * invT + kW2 + T * (kW3 + T * (kW4 + T * kW5)) + kW6 * lnT;
     }
-    using namespace hw;
     if (slope) *slope = -kI1 * invT * invT + kI3 + T * (2.0 * kI4 + T * (3.0 * kI5 + T * 4.0 * kI6)) + kI7 * invT;
     return kI1 * invT + kI2 + T * (kI3 + T * (kI4 + T * (kI5 + T * kI6))) + kI7 * lnT;
 }
 
-// d(ln pws)/dT at T (1/K) without any transcendental call: the chart needs it at the dry bulb,
-// where pws is already known.
+// d(ln pws)/dT (1/K) at T (K) with no transcendental call at all: the wet-bulb solver needs
+// it at the dry bulb, where pws is already known.
 inline double LnPwsSlope(double T)
 {
-    const double invT = 1.0 / T;
     using namespace hw;
+    const double invT = 1.0 / T;
     if (OverWater(T)) return -kW1 * invT * invT + kW3 + T * (2.0 * kW4 + T * 3.0 * kW5) + kW6 * invT;
     return -kI1 * invT * invT + kI3 + T * (2.0 * kI4 + T * (3.0 * kI5 + T * 4.0 * kI6)) + kI7 * invT;
 }
 
-// pws in Pa at t °C; the caller has checked t (kMinT..kMaxT).
+// Saturation pressure pws (Pa) at t °C, eqs. 5 and 6; the caller has checked t (kMinT..kMaxT).
 inline double Pws(double t) { return std::exp(LnPws(t + kT0)); }
 
 // ---- the ideal-gas relations of one formulation ----
+// Humidity ratio W (kg/kg) of vapour at partial pressure pv in air at B (Pa, pv < B):
+// ASHRAE 2017 ch. 1 eq. 20 with the formulation's ratio (the chart's d = 622 pv/(B - pv)).
 inline double WFromPv(const Coef& c, double pv, double B) { return c.ratio * pv / (B - pv); }
+// The same relation solved for pv (Pa); below B for any finite W >= 0.
 inline double PvFromW(const Coef& c, double W, double B) { return B * W / (c.ratio + W); }
+// Specific enthalpy (kJ/kg dry air) at t °C and W kg/kg: ASHRAE 2017 eq. 32 in form, with the
+// formulation's coefficients. Valid where the ideal-gas mixture is, -100..200 °C.
 inline double Enthalpy(const Coef& c, double t, double W) { return c.cpa * t + W * (c.hg0 + c.cpv * t); }
-// Dry bulb from h and W: the enthalpy relation solved in closed form (no iteration, so that
-// setting by (h, d) keeps h and d exactly and derives t to the last bit the division allows).
+// Dry bulb (°C) from h (kJ/kg) and W (kg/kg): the enthalpy relation solved in closed form, not
+// iterated, so that setting by (h, d) keeps h and d exactly and t is off by rounding only.
 inline double TdbFromHW(const Coef& c, double h, double W) { return (h - c.hg0 * W) / (c.cpa + c.cpv * W); }
-// W from h and t, the same relation solved for W.
+// W (kg/kg) from h (kJ/kg) and t (°C), the same relation solved for W; negative when h is
+// below the enthalpy of dry air at t.
 inline double WFromHT(const Coef& c, double h, double t) { return (h - c.cpa * t) / (c.hg0 + c.cpv * t); }
 // Specific volume, m³/kg dry air: v = Rda T (1 + W/ratio) / B (ASHRAE 2017 eq. 26, written with
 // the formulation's own ratio so that v and W agree exactly).

@@ -293,6 +293,7 @@ TEST_F(StaPnt, HostileInputsNeverYieldANonFiniteState)
                     EXPECT_TRUE(std::isfinite(x)) << s.name << "(" << a << ", " << b << ")";
                 EXPECT_LE(q.rh, 1.0 + 1e-9);
                 EXPECT_GE(q.d, 0.0);
+                EXPECT_FALSE(q.twb > q.tdb || q.tdp > q.tdb) << s.name << "(" << a << ", " << b << ")";
             }
 }
 
