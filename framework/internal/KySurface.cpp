@@ -50,7 +50,13 @@ KySurface* RefSurface(KySurface* s)
 void ReleaseSurface(KySurface* s)
 {
     if (!s || s->refs.fetch_sub(1, std::memory_order_acq_rel) != 1) return;
-    if (s->cs) cairo_surface_destroy(s->cs);
+    if (s->cs) {
+        // cairo 1.16's SVG output keeps a reference to every recording surface it replayed
+        // and never drops it; finishing frees the recorded drawing all the same (surfaces
+        // that recorded a copy of this one keep their copy).
+        if (s->kind == KySurface::Vector) cairo_surface_finish(s->cs);
+        cairo_surface_destroy(s->cs);
+    }
     delete s;
 }
 

@@ -1,0 +1,126 @@
+// Lines, polylines, pens and rectangles on an aliased raster surface, pixel by pixel.
+#include "PixelFixture.h"
+
+#include <kygraph/Bitmap.h>
+#include <kygraph/Pen.h>
+
+using FrameworkLines = PixelTest;
+
+TEST_F(FrameworkLines, LineToLeavesTheLastPixel)
+{
+    struct Case { POINT from, to; int painted; };
+    const Case cases[] = {
+        {{5, 10}, {15, 10}, 10}, {{15, 20}, {5, 20}, 10}, {{30, 5}, {30, 25}, 20},
+        {{40, 40}, {50, 50}, 10}, {{40, 60}, {60, 50}, 20},
+    };
+    CPen pen(PS_SOLID, 1, kRed);
+    m_dc->SelectObject(&pen);
+    for (const Case& c : cases) {
+        m_dc->FillSolidRect(0, 0, 64, 64, kWhite);
+        m_dc->MoveTo(c.from);
+        EXPECT_TRUE(m_dc->LineTo(c.to));
+        EXPECT_EQ(CountColor(kRed), c.painted) << c.from.x << "," << c.from.y;
+        EXPECT_EQ(Px(c.from.x, c.from.y), kRed);
+        EXPECT_EQ(Px(c.to.x, c.to.y), kWhite);
+        EXPECT_EQ(m_dc->GetCurrentPosition(), CPoint(c.to));
+    }
+}
+
+TEST_F(FrameworkLines, ShallowLineHasOnePixelPerColumn)
+{
+    CPen pen(PS_SOLID, 0, kRed);  // width 0 draws one pixel wide
+    m_dc->SelectObject(&pen);
+    m_dc->MoveTo(2, 3);
+    m_dc->LineTo(61, 40);
+    for (int x = 2; x < 61; ++x) EXPECT_EQ(Count(x, 0, x + 1, 64, [](COLORREF c) { return c == kRed; }), 1) << x;
+}
+
+TEST_F(FrameworkLines, PolylinePaintsCornersButNotTheEnd)
+{
+    CPen pen(PS_SOLID, 1, kRed);
+    m_dc->SelectObject(&pen);
+    const POINT pts[] = {{10, 10}, {30, 10}, {30, 30}};
+    EXPECT_TRUE(m_dc->Polyline(pts, 3));
+    EXPECT_EQ(Px(30, 10), kRed);
+    EXPECT_EQ(Px(30, 29), kRed);
+    EXPECT_EQ(Px(30, 30), kWhite);
+    EXPECT_EQ(CountColor(kRed), 40);
+    EXPECT_FALSE(m_dc->Polyline(pts, 1));
+    EXPECT_FALSE(m_dc->Polyline(nullptr, 3));
+}
+
+TEST_F(FrameworkLines, PenStyles)
+{
+    auto paintedOnRow = [&](int style, int width) {
+        m_dc->FillSolidRect(0, 0, 64, 64, kWhite);
+        CPen pen(style, width, kRed);
+        CPen* old = m_dc->SelectObject(&pen);
+        m_dc->MoveTo(0, 30);
+        m_dc->LineTo(60, 30);
+        m_dc->SelectObject(old);
+        return Count(0, 30, 64, 31, [](COLORREF c) { return c == kRed; });
+    };
+    EXPECT_EQ(paintedOnRow(PS_SOLID, 1), 60);
+    EXPECT_EQ(paintedOnRow(PS_DASH, 1), 18 + 18 + 12);  // 18 on, 6 off
+    EXPECT_EQ(paintedOnRow(PS_DOT, 1), 30);             // 3 on, 3 off
+    EXPECT_EQ(paintedOnRow(PS_NULL, 1), 0);
+    EXPECT_EQ(paintedOnRow(99, 1), 60);                 // unknown style: solid
+    EXPECT_EQ(paintedOnRow(-1, 1), 60);
+    // A styled pen wider than one pixel draws solid.
+    EXPECT_GE(paintedOnRow(PS_DASH, 3), 60);
+    EXPECT_EQ(Count(0, 29, 60, 32, [](COLORREF c) { return c != kRed; }), 0);
+}
+
+TEST_F(FrameworkLines, FillSolidRectIsExactAndSetsTheBackground)
+{
+    m_dc->FillSolidRect(10, 12, 5, 7, kBlue);
+    EXPECT_EQ(CountColor(kBlue), 35);
+    EXPECT_EQ(Px(10, 12), kBlue);
+    EXPECT_EQ(Px(14, 18), kBlue);
+    EXPECT_EQ(Px(15, 18), kWhite);
+    EXPECT_EQ(m_dc->GetBkColor(), kBlue);
+    // COLORREF is 0x00BBGGRR and its high byte is ignored.
+    m_dc->FillSolidRect(0, 0, 1, 1, 0xFF0000FF);
+    EXPECT_EQ(Px(0, 0), kRed);
+}
+
+TEST_F(FrameworkLines, BitBltCopiesExactlyTheBlock)
+{
+    CDC mem;
+    ASSERT_TRUE(mem.CreateCompatibleDC(m_dc));
+    CBitmap bmp;
+    ASSERT_TRUE(bmp.CreateCompatibleBitmap(m_dc, 20, 20));
+    mem.SelectObject(&bmp);
+    mem.FillSolidRect(0, 0, 20, 20, kBlue);
+    EXPECT_TRUE(m_dc->BitBlt(5, 6, 7, 3, &mem, 2, 2, SRCCOPY));
+    EXPECT_EQ(CountColor(kBlue), 21);
+    EXPECT_EQ(Px(5, 6), kBlue);
+    EXPECT_EQ(Px(11, 8), kBlue);
+    // Blocks reaching past either surface copy only what both have.
+    EXPECT_TRUE(m_dc->BitBlt(60, 60, 50, 50, &mem, 0, 0, SRCCOPY));
+    EXPECT_EQ(CountColor(kBlue), 21 + 16);
+    EXPECT_TRUE(m_dc->BitBlt(0, 40, 50, 50, &mem, 15, 15, SRCCOPY));
+    EXPECT_EQ(CountColor(kBlue), 21 + 16 + 25);
+    EXPECT_FALSE(m_dc->BitBlt(0, 0, 5, 5, &mem, 0, 0, 0x00EE0086));  // only SRCCOPY
+    EXPECT_FALSE(m_dc->BitBlt(0, 0, 5, 5, nullptr, 0, 0, SRCCOPY));
+}
+
+TEST_F(FrameworkLines, BitBltWithinOneSurface)
+{
+    m_dc->FillSolidRect(0, 0, 10, 10, kBlue);
+    EXPECT_TRUE(m_dc->BitBlt(5, 5, 10, 10, m_dc, 0, 0, SRCCOPY));
+    EXPECT_EQ(Px(14, 14), kBlue);
+    EXPECT_EQ(CountColor(kBlue), 100 + 100 - 25);
+}
+
+TEST_F(FrameworkLines, AntialiasedLinesStayNearTheirPixels)
+{
+    m_dc->SetAntialias(true);
+    CPen pen(PS_SOLID, 1, kRed);
+    m_dc->SelectObject(&pen);
+    m_dc->MoveTo(5, 10);
+    m_dc->LineTo(40, 10);
+    EXPECT_EQ(Px(20, 10), kRed);
+    EXPECT_EQ(Px(20, 9), kWhite);
+    EXPECT_EQ(Px(20, 11), kWhite);
+}
