@@ -264,6 +264,7 @@ int CKyGChart::UptateDrawWnd(int bRedraw)
         if (pWndDC == nullptr) return 0;
         m_dcChart.DeleteDC();
         m_bmpChart.DeleteObject();
+        m_dcChart.ClearRecords();  // a recording host sees the primitives of this redraw only
         m_sizeSurface = CSize();
         const bool created = m_dcChart.CreateCompatibleDC(pWndDC) && m_bmpChart.CreateCompatibleBitmap(pWndDC, w, h);
         const COLORREF background = pWndDC->GetBkColor();

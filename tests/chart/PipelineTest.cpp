@@ -46,7 +46,6 @@ protected:
     }
     void Redraw()
     {
-        chart->GetChartDC()->ClearRecords();  // the DC object keeps its records across surfaces
         ASSERT_EQ(chart->AttachDarwWnd(&wnd), 1);
         ASSERT_NE(chart->UptateDrawWnd(1), 0);
     }
