@@ -1,6 +1,7 @@
 #include "KyCairoBackend.h"
 
 #include "KyGdiGeometry.h"
+#include "KyPixelLine.h"
 #include "KySurface.h"
 #include "KyTextEngine.h"
 
@@ -97,20 +98,22 @@ bool KyCairoBackend::Polyline(const POINT* pts, int n, const KyPen& pen, bool al
     if (!pts || n < 2) return false;
     if (pen.style == PS_NULL) return Target() != nullptr;
     KY_CONTEXT_OR_RETURN(cr)
-    cairo_save(cr);
-    if (Aliased(aliased) && pen.width <= 1) {
+    cairo_surface_t* cs = Target()->cs;
+    if (m_kind == Raster && pen.width <= 1 && cairo_surface_get_type(cs) == CAIRO_SURFACE_TYPE_IMAGE) {
+        cairo_surface_flush(cs);
+        const Ky::PixelBuffer buf{cairo_image_surface_get_data(cs), cairo_image_surface_get_stride(cs),
+                                  Target()->width, Target()->height};
+        if (!buf.data) return false;
         int count = 0;
         const int* dashes = Ky::CosmeticDashes(pen.style, count);
-        std::vector<RECT> runs;
         std::int64_t styleIndex = 0;
         for (int i = 0; i + 1 < n; ++i)
-            Ky::CosmeticLineRuns(pts[i], pts[i + 1], Target()->width, Target()->height, dashes, count, styleIndex, runs);
-        cairo_new_path(cr);
-        for (const RECT& r : runs) cairo_rectangle(cr, r.left, r.top, r.right - r.left, r.bottom - r.top);
-        cairo_set_antialias(cr, CAIRO_ANTIALIAS_NONE);
-        Ky::SetSourceColor(cr, pen.color);
-        cairo_fill(cr);
-    } else if (std::all_of(pts, pts + n, PointIsSafe)) {
+            Ky::PixelLine(buf, pts[i], pts[i + 1], pen.color, !aliased, dashes, count, styleIndex);
+        cairo_surface_mark_dirty(cs);
+        return true;
+    }
+    cairo_save(cr);
+    if (std::all_of(pts, pts + n, PointIsSafe)) {
         cairo_new_path(cr);
         cairo_move_to(cr, pts[0].x + kCentre, pts[0].y + kCentre);
         for (int i = 1; i < n; ++i) cairo_line_to(cr, pts[i].x + kCentre, pts[i].y + kCentre);

@@ -60,8 +60,8 @@ public:
     // Each returns false when it could not draw; drawing that falls outside the target (or
     // onto an empty target) is a success. aliased asks for GDI's hard edges on raster targets.
     //
-    // Connected segments through n points; in aliased mode the last pixel of the last segment
-    // is left unpainted, as GDI does.
+    // Connected segments through n points; in aliased mode (and for every one-pixel line on a
+    // raster target) the last pixel of the last segment is left unpainted, as GDI does.
     virtual bool Polyline(const POINT* pts, int n, const KyPen& pen, bool aliased) = 0;
     virtual bool Arc(const KyEllipseArc& arc, const KyPen& pen, bool aliased) = 0;
     virtual bool Ellipse(const KyEllipseArc& ellipse, const KyPen& pen, const KyBrush& brush, bool aliased) = 0;

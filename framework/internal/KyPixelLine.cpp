@@ -1,0 +1,92 @@
+#include "KyPixelLine.h"
+
+#include "KyGdiGeometry.h"
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+namespace Ky {
+
+namespace {
+
+// Blends colour over one pixel with coverage 0..256.
+inline void Blend(const PixelBuffer& buf, std::int64_t x, std::int64_t y, std::uint32_t argb, unsigned cov)
+{
+    if (x < 0 || y < 0 || x >= buf.width || y >= buf.height || cov == 0) return;
+    auto* p = reinterpret_cast<std::uint32_t*>(buf.data + y * buf.stride) + x;
+    if (cov >= 256) {
+        *p = argb;
+        return;
+    }
+    const unsigned inv = 256 - cov;
+    const std::uint32_t d = *p;
+    std::uint32_t out = 0;
+    for (int shift = 0; shift < 32; shift += 8) {
+        const unsigned s = (argb >> shift) & 0xFF, t = (d >> shift) & 0xFF;
+        out |= static_cast<std::uint32_t>((s * cov + t * inv) >> 8) << shift;
+    }
+    *p = out;
+}
+
+}  // namespace
+
+void PixelLine(const PixelBuffer& buf, POINT a, POINT b, COLORREF color, bool antialias, const int* dashes,
+               int dashCount, std::int64_t& styleIndex)
+{
+    const std::uint32_t argb =
+        0xFF000000u | (static_cast<std::uint32_t>(GetRValue(color)) << 16) | (GetGValue(color) << 8) | GetBValue(color);
+    if (!antialias) {
+        std::vector<RECT> runs;
+        CosmeticLineRuns(a, b, buf.width, buf.height, dashes, dashCount, styleIndex, runs);
+        for (const RECT& r : runs)
+            for (LONG y = r.top; y < r.bottom; ++y)
+                std::fill_n(reinterpret_cast<std::uint32_t*>(buf.data + static_cast<std::int64_t>(y) * buf.stride) + r.left,
+                            r.right - r.left, argb);
+        return;
+    }
+
+    const std::int64_t dx = static_cast<std::int64_t>(b.x) - a.x, dy = static_cast<std::int64_t>(b.y) - a.y;
+    const bool xMajor = (dx < 0 ? -dx : dx) >= (dy < 0 ? -dy : dy);
+    const std::int64_t steps = xMajor ? (dx < 0 ? -dx : dx) : (dy < 0 ? -dy : dy);
+    const std::int64_t baseIndex = styleIndex;
+    styleIndex += steps;
+    if (steps == 0) return;
+    const std::int64_t major0 = xMajor ? a.x : a.y, minor0 = xMajor ? a.y : a.x;
+    const int majorStep = (xMajor ? dx : dy) < 0 ? -1 : 1;
+    const double slope = static_cast<double>(xMajor ? dy : dx) / static_cast<double>(steps);
+    const std::int64_t majorLimit = xMajor ? buf.width : buf.height;
+
+    // Visit only the steps whose major coordinate is on the surface.
+    std::int64_t lo = majorStep > 0 ? -major0 : major0 - (majorLimit - 1);
+    std::int64_t hi = majorStep > 0 ? majorLimit - 1 - major0 : major0;
+    lo = std::max<std::int64_t>(lo, 0);
+    hi = std::min<std::int64_t>(hi, steps - 1);
+
+    std::int64_t period = 0;
+    for (int k = 0; k < dashCount; ++k) period += dashes[k];
+    for (std::int64_t i = lo; i <= hi; ++i) {
+        if (period > 0) {
+            std::int64_t p = (baseIndex + i) % period;
+            int k = 0;
+            while (k < dashCount && p >= dashes[k]) p -= dashes[k++];
+            if (k % 2) continue;
+        }
+        // The line's minor coordinate at this pixel's centre, split between the two nearest
+        // pixel rows (columns) by distance.
+        const double m = static_cast<double>(minor0) + slope * static_cast<double>(i);
+        const double f = std::floor(m);
+        const std::int64_t row = static_cast<std::int64_t>(f);
+        const unsigned cov2 = static_cast<unsigned>(std::lround((m - f) * 256.0));
+        const std::int64_t major = major0 + majorStep * i;
+        if (xMajor) {
+            Blend(buf, major, row, argb, 256 - cov2);
+            Blend(buf, major, row + 1, argb, cov2);
+        } else {
+            Blend(buf, row, major, argb, 256 - cov2);
+            Blend(buf, row + 1, major, argb, cov2);
+        }
+    }
+}
+
+}  // namespace Ky
