@@ -1,0 +1,121 @@
+#include <kygraph/KyGHRuler.h>
+
+#include <kygraph/KyGChart.h>
+#include <kygraph/KyGChartSetting.h>
+#include <kygraph/KyStaPnt.h>
+#include <kygraph/Saturate.h>
+#include <kygraph/StringUtils.h>
+
+#include "internal/KyGStyledDraw.h"
+
+#include <cmath>
+#include <numbers>
+
+namespace {
+
+// More ticks than any enthalpy span of a drawable chart has; a scale ends here whatever its
+// bounds.
+constexpr int kMaxTicks = 8192;
+
+constexpr double kKcalPerKJ = 0.2389;
+
+// Visits the tick values of one scale: from lo upward, v + step - fmod(v, step) (fmod keeps
+// the sign, so a negative start off the grid lands on the second multiple above it, as the
+// line families do), the last one clamped to hi. Stops on non-finite bounds, on a step that
+// does not advance, and after kMaxTicks values.
+template <class Visit>
+void ForEachTick(double lo, double hi, double step, Visit visit)
+{
+    if (!std::isfinite(lo) || !std::isfinite(hi)) return;
+    double v = lo;
+    for (int n = 0; v < hi && n < kMaxTicks; ++n) {
+        double next = v + step - std::fmod(v, step);
+        if (!(next > v)) return;
+        if (next > hi) next = hi;
+        v = next;
+        visit(v);
+    }
+}
+
+}  // namespace
+
+CKyGHRuler::CKyGHRuler(CKyGChart* pChart) : CKyGDrawBase(pChart) {}
+
+CString CKyGHRuler::toString() const { return CString(L"CKyGHRuler"); }
+
+int CKyGHRuler::Draw(CDC* pDC)
+{
+    CKyGChart* chart = GetChart();
+    if (chart == nullptr) return 0;
+
+    const CKyGChartSetting* set = CKyGChartSetting::GetKyGChartSetting();
+    const CKyGRangeSetting& range = set->m_RangeSetting;
+    const double s = set->GetDrawScale();
+    const tagKyLineStyle style = set->m_StyleSetting.m_SameHStyle;
+    const KyGStyledDraw pen{pDC, style, s};
+
+    const double a = chart->GetHAngle();
+    const double ca = std::cos(a);
+    const double sa = std::sin(a);
+    const double textAngle = 90.0 - a * (180.0 / std::numbers::pi);
+    // P offset by k along the enthalpy direction, each coordinate truncated separately.
+    const auto along = [ca, sa, s](CPoint p, double k) {
+        return CPoint(Ky::TruncToInt(p.x + ca * k * s), Ky::TruncToInt(p.y + sa * k * s));
+    };
+
+    CKyStaPnt pnt;
+    if (!pnt.SetBy_TdbandRH(range.GetMinT(), 1.0)) return 0;
+    double hmin = pnt.GetH();
+    CPoint A;
+    if (!chart->Convert(pnt, A)) return 0;
+    if (!pnt.SetBy_DandRH(range.GetMaxD(), 1.0)) return 0;
+    double hmax = pnt.GetH();
+    const CPoint S = along(A, 18.0);
+    if (!(hmax - hmin > 0.0)) return 0;
+
+    // The saturation pixel of enthalpy h (kJ/kg) in c0; false when it cannot be placed, and
+    // then the tick is left out.
+    const auto saturation = [&](double h, CPoint& c0) { return pnt.SetBy_HandRH(h, 1.0) && chart->Convert(pnt, c0); };
+
+    // kJ/kg on the inner side: every 5 long, every 10 labelled and drawn on to the curve.
+    pen.Line(S, A);
+    pen.Text(along(S, -6.0), textAngle, CString(L"kJ/kg.干空气"));
+    CPoint prev = S;
+    ForEachTick(hmin, hmax, 1.0, [&](double h) {
+        CPoint c0;
+        if (!saturation(h, c0)) return;
+        const CPoint c = along(c0, 18.0);
+        CPoint t = along(c, (std::fmod(h, 5.0) == 0.0 || h == hmax) ? -6.0 : -3.0);
+        if (std::fmod(h, 10.0) == 0.0) {
+            pen.Text(t, textAngle, StringUtils::DblToStr(h, 0));
+            t = c0;
+        }
+        if (std::fabs(h - hmax) <= 1e-9) t = c0;
+        pen.Line(c, t);
+        pen.Line(prev, c);
+        prev = c;
+    });
+
+    // kcal/kg on the outer side: every 0.5 short, every whole one long and labelled. The ruler
+    // path is drawn a second time along these samples.
+    hmin *= kKcalPerKJ;
+    hmax *= kKcalPerKJ;
+    if (!(hmax - hmin > 0.0)) return 0;
+    // Here the offset is truncated before it is added, unlike along().
+    const CPoint E = S + CSize(Ky::TruncToInt(ca * 6.0 * s), Ky::TruncToInt(sa * 6.0 * s));
+    pen.Line(S, E);
+    pen.Text(E, textAngle, CString(L"kcal/kg.干空气"));
+    prev = S;
+    ForEachTick(hmin, hmax, 0.5, [&](double g) {
+        CPoint c0;
+        if (!saturation(g / kKcalPerKJ, c0)) return;
+        const CPoint c = along(c0, 18.0);
+        const bool whole = std::fmod(g, 1.0) == 0.0;
+        const CPoint t = along(c, (whole || g == hmax) ? 6.0 : 3.0);
+        if (whole) pen.Text(t, textAngle, StringUtils::DblToStr(g, 0));
+        pen.Line(c, t);
+        pen.Line(prev, c);
+        prev = c;
+    });
+    return 1;
+}
