@@ -1,5 +1,4 @@
-// Shared set-up of the overlay tests: a recording window with a finished chart surface, so
-// that one element drawn through the chart leaves exactly its own primitives.
+// Overlay tests draw one element onto a finished chart surface that records its primitives.
 #pragma once
 
 #include "chart/ChartTestSupport.h"
@@ -7,7 +6,6 @@
 #include <kygraph/DrawRecord.h>
 #include <kygraph/ImageWnd.h>
 #include <kygraph/KyGDrawBase.h>
-#include <kygraph/KyStaPnt.h>
 
 #include <cstdlib>
 #include <vector>
@@ -18,14 +16,16 @@ protected:
     {
         ChartFixture::SetUp();
         wnd.EnableRecording(true);
-        ASSERT_EQ(chart->AttachDarwWnd(&wnd), 1);
+        chart->AttachDarwWnd(&wnd);
         ASSERT_NE(chart->UptateDrawWnd(1), 0);
         set->m_dDrawScale = 1.0;
-        dc()->ClearRecords();
     }
-
     CDC* dc() { return chart->GetChartDC(); }
-
+    int DrawOne(CKyGDrawBase* elem)
+    {
+        dc()->ClearRecords();
+        return chart->Draw(elem);
+    }
     std::vector<CDrawRecord> Records(CDrawRecord::Kind kind)
     {
         std::vector<CDrawRecord> out;
@@ -33,7 +33,6 @@ protected:
             if (r.kind == kind) out.push_back(r);
         return out;
     }
-
     static CKyStaPnt State(double tdb, double rhPercent, const wchar_t* name = L"")
     {
         CKyStaPnt p;
@@ -41,45 +40,31 @@ protected:
         p.SetName(CString(name));
         return p;
     }
-
     CPoint PixelOf(const CKyStaPnt& p)
     {
         CPoint pt;
         EXPECT_EQ(chart->Convert(p, pt), 1);
         return pt;
     }
-
-    // A named state that maps exactly onto pixel px (found within a few pixels of it, since a
-    // pixel's state can truncate back to its neighbour).
-    CKyStaPnt StateAtPixel(CPoint px, const wchar_t* name)
-    {
-        for (int dy = 0; dy <= 2; ++dy)
-            for (int dx = 0; dx <= 2; ++dx) {
-                CKyStaPnt p;
-                CPoint back;
-                if (chart->Convert(CPoint(px.x + dx, px.y + dy), p) && chart->Convert(p, back) && back == px) {
-                    p.SetName(CString(name));
-                    return p;
-                }
-            }
-        ADD_FAILURE() << "no state maps onto (" << px.x << ", " << px.y << ")";
-        return CKyStaPnt();
-    }
-
-    // Side on which a marker's label lies, from where the text starts relative to the dot at p
-    // with gap g (whole pixels at scales 1 and 2): a DimPosition, Centre for the label whose
-    // corner sits on the dot, -1 for anything else.
+    // The side of the marker label `name` around the dot at p: a DimPosition, Centre when the
+    // label's corner sits on the dot, -1 otherwise. The gap is 3 px per unit of draw scale.
     static constexpr int Centre = 99;
-    static int SideOf(const CDrawRecord& text, CPoint p, int g, CSize e)
+    int SideOf(const wchar_t* name, CPoint p)
     {
-        const CPoint a = text.pts.at(0);
-        const bool midX = std::abs(2 * a.x + e.cx - 2 * p.x) <= 1;
-        const bool midY = std::abs(2 * a.y + e.cy - 2 * p.y) <= 1;
-        if (a == p) return Centre;
-        if (midY && a.x + e.cx == p.x - g) return 0;  // DimLeft
-        if (midX && a.y + e.cy == p.y - g) return 1;  // DimTop
-        if (midY && a.x == p.x + g) return 2;         // DimRight
-        if (midX && a.y == p.y + g) return 3;         // DimBottom
+        const double k = set->GetDrawScale();
+        const CSize e = CKyGDrawBase::GetTextExtent(dc(), static_cast<int>(7 * k), CString(name));
+        const int g = static_cast<int>(3 * k);
+        for (const CDrawRecord& t : Records(CDrawRecord::Text)) {
+            if (t.text != name) continue;
+            const CPoint a = t.pts.at(0);
+            const bool midX = std::abs(2 * a.x + e.cx - 2 * p.x) <= 1;
+            const bool midY = std::abs(2 * a.y + e.cy - 2 * p.y) <= 1;
+            if (a == p) return Centre;
+            if (midY && a.x + e.cx == p.x - g) return 0;
+            if (midX && a.y + e.cy == p.y - g) return 1;
+            if (midY && a.x == p.x + g) return 2;
+            if (midX && a.y == p.y + g) return 3;
+        }
         return -1;
     }
 
