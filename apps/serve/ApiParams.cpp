@@ -1,0 +1,124 @@
+#include "ApiParams.h"
+
+#include <charconv>
+#include <cmath>
+
+namespace serve {
+
+bool ParseInt(std::string_view text, long long& value)
+{
+    if (text.empty()) return false;
+    const char* first = text.data();
+    const char* last = text.data() + text.size();
+    if (*first == '+') ++first;  // from_chars refuses a leading plus; people type it
+    const auto [ptr, ec] = std::from_chars(first, last, value);
+    return ec == std::errc() && ptr == last;
+}
+
+bool ParseFiniteDouble(std::string_view text, double& value)
+{
+    if (text.empty()) return false;
+    const char* first = text.data();
+    const char* last = text.data() + text.size();
+    if (*first == '+') ++first;
+    const auto [ptr, ec] = std::from_chars(first, last, value);
+    return ec == std::errc() && ptr == last && std::isfinite(value);
+}
+
+QueryParams::QueryParams(const httplib::Params& params, std::initializer_list<std::string_view> allowed)
+    : m_params(params)
+{
+    for (const auto& [name, value] : params) {
+        bool known = false;
+        for (std::string_view a : allowed) known = known || a == name;
+        if (!known) {
+            Fail("unknown parameter '" + name + "'");
+            break;
+        }
+    }
+}
+
+void QueryParams::Fail(std::string message)
+{
+    if (m_error.empty()) m_error = std::move(message);
+}
+
+const std::string* QueryParams::Find(std::string_view name)
+{
+    const auto range = m_params.equal_range(std::string(name));
+    if (range.first == range.second) return nullptr;
+    if (std::next(range.first) != range.second) {
+        Fail("parameter '" + std::string(name) + "' is given more than once");
+        return nullptr;
+    }
+    return &range.first->second;
+}
+
+int QueryParams::Int(std::string_view name, int min, int max)
+{
+    const std::string* text = Find(name);
+    long long v = 0;
+    if (!text) {
+        if (m_params.count(std::string(name)) == 0) Fail("missing parameter '" + std::string(name) + "'");
+        return min;
+    }
+    if (!ParseInt(*text, v)) {
+        Fail("parameter '" + std::string(name) + "' must be an integer");
+        return min;
+    }
+    if (v < min || v > max) {
+        Fail("parameter '" + std::string(name) + "' must lie within " + std::to_string(min) + ".." +
+             std::to_string(max));
+        return min;
+    }
+    return static_cast<int>(v);
+}
+
+double QueryParams::Double(std::string_view name, double min, double max)
+{
+    const std::string* text = Find(name);
+    double v = 0.0;
+    if (!text) {
+        if (m_params.count(std::string(name)) == 0) Fail("missing parameter '" + std::string(name) + "'");
+        return min;
+    }
+    if (!ParseFiniteDouble(*text, v)) {
+        Fail("parameter '" + std::string(name) + "' must be a finite number");
+        return min;
+    }
+    if (v < min || v > max) {
+        Fail("parameter '" + std::string(name) + "' is out of range");
+        return min;
+    }
+    return v;
+}
+
+std::string QueryParams::Choice(std::string_view name, std::initializer_list<std::string_view> choices,
+                                std::string_view fallback)
+{
+    const std::string* text = Find(name);
+    if (!text) return std::string(fallback);
+    for (std::string_view c : choices)
+        if (c == *text) return *text;
+    std::string list;
+    for (std::string_view c : choices) list += (list.empty() ? "" : ", ") + std::string(c);
+    Fail("parameter '" + std::string(name) + "' must be one of " + list);
+    return std::string(fallback);
+}
+
+bool QueryParams::Flag(std::string_view name)
+{
+    const std::string* text = Find(name);
+    if (!text) return false;
+    if (*text == "0" || *text == "1") return *text == "1";
+    Fail("parameter '" + std::string(name) + "' must be 0 or 1");
+    return false;
+}
+
+void QueryParams::ImageSize(int& w, int& h)
+{
+    w = Int("w", 1, kMaxImageSide);
+    h = Int("h", 1, kMaxImageSide);
+}
+
+}  // namespace serve

@@ -1,0 +1,54 @@
+// ApiParams: strict reading of the viewer API's query parameters. A value must be present
+// (unless it has a default), given once, parse completely, be finite and lie in its range;
+// a name the endpoint does not know is an error too. The first problem found is kept as the
+// message of the 400 answer, so a handler reads everything and then asks Ok() once.
+#pragma once
+
+#include <httplib.h>
+
+#include <initializer_list>
+#include <string>
+#include <string_view>
+
+namespace serve {
+
+// Largest image side the viewer draws, pixels: 8192 x 8192 ARGB is 256 MiB per surface.
+inline constexpr int kMaxImageSide = 8192;
+// Largest request body, bytes; a scene of hundreds of points is a few tens of kilobytes.
+inline constexpr std::size_t kMaxBodyBytes = 1u << 20;
+
+class QueryParams {
+public:
+    // allowed: every parameter name the endpoint accepts.
+    QueryParams(const httplib::Params& params, std::initializer_list<std::string_view> allowed);
+
+    bool Ok() const { return m_error.empty(); }
+    const std::string& Error() const { return m_error; }
+
+    // A required integer within [min, max]; min on failure.
+    int Int(std::string_view name, int min, int max);
+    // A required finite number within [min, max]; min on failure.
+    double Double(std::string_view name, double min, double max);
+    // An optional value that must be one of choices; fallback when absent.
+    std::string Choice(std::string_view name, std::initializer_list<std::string_view> choices,
+                       std::string_view fallback);
+    // An optional flag "0" or "1"; false when absent.
+    bool Flag(std::string_view name);
+
+    // w and h of an image, each 1..kMaxImageSide.
+    void ImageSize(int& w, int& h);
+
+private:
+    // The single value of name, or null (with the error set when it is given twice).
+    const std::string* Find(std::string_view name);
+    void Fail(std::string message);
+
+    const httplib::Params& m_params;
+    std::string m_error;
+};
+
+// Parses the whole of text as a decimal integer / finite number; false otherwise.
+bool ParseInt(std::string_view text, long long& value);
+bool ParseFiniteDouble(std::string_view text, double& value);
+
+}  // namespace serve
