@@ -20,14 +20,14 @@
 
 namespace {
 
-// The plot-area corners every mapping needs, computed on each call from the live settings
-// (cheap: a few multiplications, no state-point copies), so they always follow the host.
 struct Corners {
     CPoint minTMinD;  // bottom-left of the plot area
     CPoint origin;    // top-left of the plot area
     CPoint maxTMaxD;  // top-right of the plot area
 };
 
+// The plot-area corners every mapping needs, computed on each call from the live settings
+// (cheap: a few multiplications, no state-point copies), so they always follow the host.
 Corners PlotCorners(CPoint ptOrigin)
 {
     const CKyGChartSetting* set = CKyGChartSetting::GetKyGChartSetting();
@@ -45,6 +45,30 @@ Corners PlotCorners(CPoint ptOrigin)
 bool UsableDenominator(double v) { return std::isfinite(v) && v != 0.0; }
 
 double Diff(int a, int b) { return static_cast<double>(a) - static_cast<double>(b); }
+
+// Pixel to enthalpy along the oblique axis; 0 below the bottom reference.
+int HFromPixel(const Corners& c, double tanH, const CPoint& pt, double& h)
+{
+    const CKyGRangeSetting& range = CKyGChartSetting::GetKyGChartSetting()->m_RangeSetting;
+    const double height = Diff(c.minTMinD.y, c.origin.y);
+    if (!UsableDenominator(height)) return 0;
+    const double r = (tanH * Diff(pt.x, c.minTMinD.x) + Diff(c.minTMinD.y, pt.y)) / height;
+    if (!(r >= 0)) return 0;
+    h = range.GetMinDMinTH() + (range.GetMinDMaxTH() - range.GetMinDMinTH()) * r;
+    return 1;
+}
+
+// Pixel to moisture content; 0 left of the left edge.
+int DFromPixel(const Corners& c, const CPoint& pt, double& d)
+{
+    const CKyGRangeSetting& range = CKyGChartSetting::GetKyGChartSetting()->m_RangeSetting;
+    const double width = Diff(c.maxTMaxD.x, c.origin.x);
+    if (!UsableDenominator(width)) return 0;
+    const double r = Diff(pt.x, c.origin.x) / width;
+    if (!(r >= 0)) return 0;
+    d = range.GetMinD() + range.GetDRange() * r;
+    return 1;
+}
 
 }  // namespace
 
@@ -79,6 +103,7 @@ void CKyGChart::Init()
     p2.SetBy_HandTdb(p1.GetH(), 20.0);
     const double dd = p2.GetD() - p1.GetD();
     m_dHAngle = std::atan((0.001 * set->m_dTLength * s) / (dd * set->m_dDLength * s));
+    m_dTanHAngle = std::tan(m_dHAngle);
 
     const CKyGRangeSetting& range = set->m_RangeSetting;
     const double dh = range.GetMinDMaxTH() - range.GetMinDMinTH();
@@ -125,39 +150,26 @@ int CKyGChart::GetPoint(double h, double d, CPoint& pt) const
     const double rh = (h - range.GetMinDMinTH()) / hSpan;
     if (!(rh >= 0)) return 0;  // pt.x stays written, as callers expect
     pt.y = Ky::TruncToInt(c.minTMinD.y - rh * Diff(c.minTMinD.y, c.origin.y) +
-                          std::tan(m_dHAngle) * Diff(pt.x, c.minTMinD.x));
+                          m_dTanHAngle * Diff(pt.x, c.minTMinD.x));
     return 1;
 }
 
 int CKyGChart::GetH(const CPoint& pt, double& h) const
 {
-    const CKyGRangeSetting& range = CKyGChartSetting::GetKyGChartSetting()->m_RangeSetting;
-    const Corners c = PlotCorners(m_ptOrigin);
-    const double height = Diff(c.minTMinD.y, c.origin.y);
-    if (!UsableDenominator(height)) return 0;
-    const double r = (std::tan(m_dHAngle) * Diff(pt.x, c.minTMinD.x) + Diff(c.minTMinD.y, pt.y)) / height;
-    if (!(r >= 0)) return 0;
-    h = range.GetMinDMinTH() + (range.GetMinDMaxTH() - range.GetMinDMinTH()) * r;
-    return 1;
+    return HFromPixel(PlotCorners(m_ptOrigin), m_dTanHAngle, pt, h);
 }
 
 int CKyGChart::GetD(const CPoint& pt, double& d) const
 {
-    const CKyGRangeSetting& range = CKyGChartSetting::GetKyGChartSetting()->m_RangeSetting;
-    const Corners c = PlotCorners(m_ptOrigin);
-    const double width = Diff(c.maxTMaxD.x, c.origin.x);
-    if (!UsableDenominator(width)) return 0;
-    const double r = Diff(pt.x, c.origin.x) / width;
-    if (!(r >= 0)) return 0;
-    d = range.GetMinD() + range.GetDRange() * r;
-    return 1;
+    return DFromPixel(PlotCorners(m_ptOrigin), pt, d);
 }
 
 int CKyGChart::Convert(const CPoint& pt, CKyStaPnt& pnt)
 {
     CResourceModule::Scope scope(KyGraphModule());
+    const Corners corners = PlotCorners(m_ptOrigin);
     double h = 0.0, d = 0.0;
-    if (!GetH(pt, h) || !GetD(pt, d)) {
+    if (!HFromPixel(corners, m_dTanHAngle, pt, h) || !DFromPixel(corners, pt, d)) {
         m_strLastError.LoadString(IDS_POINT_OUT_OF_RANGE);
         return 0;
     }

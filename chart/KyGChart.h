@@ -102,6 +102,7 @@ private:
     bool HasWindow() const;
 
     double m_dHAngle = 0.0;       // radians below the horizontal
+    double m_dTanHAngle = 0.0;    // tan(m_dHAngle), for the mappings
     double m_dPerHLength = 0.0;   // pixels per kJ/kg
     CPoint m_ptOrigin;            // bottom-left of the drawing; (0, 0) until attached
     CWnd* m_pDrawWnd = nullptr;   // host window, not owned
