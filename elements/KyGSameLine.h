@@ -23,6 +23,17 @@ public:
 protected:
     CKyGSameLine(CKyGChart* pChart, double initialValue);
 
+    // Takes over the last-error text of the object that refused the line (a state point) and
+    // returns 0, the failed Draw's result.
+    int FailWith(const CKyObject& source);
+
+    // The end of a segment that leaves the plot area through its top edge (y = topY), moved
+    // onto that edge: x = baseX + dy1 * (to.x - baseX) / (dy2 + dy1) with dy1 = fromY - topY
+    // and dy2 = topY - to.y, truncated toward zero. The segment runs from a point at height
+    // fromY whose x the caller chooses as baseX. When dy2 + dy1 is 0 (the earlier point lies
+    // as high as the end) no cut exists and `to` comes back unchanged.
+    static CPoint CutAtTopEdge(int baseX, int fromY, CPoint to, int topY);
+
     double m_dValue;
     int m_bDimEnable = 1;
 };

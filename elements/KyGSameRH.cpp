@@ -1,0 +1,87 @@
+#include <kygraph/KyGSameRH.h>
+
+#include <kygraph/KyGChart.h>
+#include <kygraph/KyGChartSetting.h>
+#include <kygraph/KyStaPnt.h>
+#include <kygraph/StringUtils.h>
+#include <kygraph/VoArray.h>
+
+#include "internal/KyGStyledDraw.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+constexpr double kSampleStep = 0.2;  // °C between samples of a curve
+
+// Samples one curve may take: its temperature range over the step, plus a margin for the
+// sample that leaves the chart and for rounding. A range that is not finite, or wider than
+// the temperatures the state model accepts, is bounded by the state model's own span.
+int MaxSamples(double tRange)
+{
+    const double modelSpan = CKyStaPnt::kMaxTdb - CKyStaPnt::kMinTdb;
+    const double span = std::isfinite(tRange) ? std::min(tRange, modelSpan) : modelSpan;
+    return static_cast<int>(std::ceil(span / kSampleStep)) + 8;
+}
+
+}  // namespace
+
+CKyGSameRH::CKyGSameRH(CKyGChart* pChart) : CKyGSameLine(pChart, 1.0) {}
+
+int CKyGSameRH::Draw(CDC* pDC)
+{
+    CKyGChart* chart = GetChart();
+    if (chart == nullptr) return 0;
+    const CKyGChartSetting* set = CKyGChartSetting::GetKyGChartSetting();
+    const CKyGRangeSetting& range = set->m_RangeSetting;
+    const tagKyLineStyle style = set->m_StyleSetting.m_SameRHStyle;
+    const KyGStyledDraw pen{pDC, style, set->GetDrawScale()};
+    const double phi = m_dValue;
+
+    CKyStaPnt p;
+    if (!p.SetBy_TdbandRH(range.GetMinT(), phi)) return FailWith(p);
+    double t = p.GetTdb();
+
+    const CPoint o = chart->GetChartOrigin();
+    const int rightX = chart->GetMaxTAndMaxDPnt().x;
+    const int maxSamples = MaxSamples(range.GetTRange());
+    CVoArray<CPoint> points;
+    points.Reserve(maxSamples);
+    // Also read by the label: whatever the last mapping left here, even a failed one.
+    CPoint cur;
+    CPoint prev;
+    for (int n = 0; n < maxSamples; ++n) {
+        if (!chart->GetPoint(p.GetH(), p.GetD(), cur)) break;
+        if (!points.IsEmpty()) {
+            if (cur.y < o.y) {
+                cur = CutAtTopEdge(prev.x, prev.y, cur, o.y);
+                points.Add(cur);
+                break;
+            }
+            if (cur.x > rightX) {
+                // Ends on the curve's own state at the right edge, not on an interpolated
+                // pixel; neither result is needed.
+                CKyStaPnt edge;
+                edge.SetBy_DandRH(range.GetMaxD(), phi);
+                chart->Convert(edge, cur);
+                points.Add(cur);
+                break;
+            }
+        }
+        points.Add(cur);
+        prev = cur;
+        const double next = t + kSampleStep;
+        if (!(next > t)) break;
+        t = next;
+        if (!p.SetBy_TdbandRH(t, phi)) break;
+    }
+    DrawPolyLine(pDC, points, style.nPenStyle, style.nWidth, style.crColor);
+
+    if (m_bDimEnable) {
+        // No extent taken: the label starts just right of and below the curve's end.
+        const CString text = StringUtils::DblToStr(phi * 100.0, 0) + L"%";
+        pen.Text(cur + CSize(1, 1), 0.0, text);
+    }
+    return 1;
+}
