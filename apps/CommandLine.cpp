@@ -1,0 +1,59 @@
+#include "CommandLine.h"
+
+#include "SceneReader.h"
+
+#include <cstdio>
+#include <iostream>
+
+void CommandLine::Error(const std::string& message) { std::cerr << "kygraph: " << message << std::endl; }
+
+int CommandLine::ParseFailed(CLI::App& app, const CLI::ParseError& e)
+{
+    if (dynamic_cast<const CLI::CallForHelp*>(&e) || dynamic_cast<const CLI::CallForAllHelp*>(&e) ||
+        dynamic_cast<const CLI::CallForVersion*>(&e))
+        return app.exit(e);
+    Error(e.what());
+    return kExitUsage;
+}
+
+bool CommandLine::ParseSize(const std::string& text, int& width, int& height, std::string& error)
+{
+    // Digits only: no sign, no spaces, at most five digits a side.
+    auto side = [](const std::string& s, int& out) {
+        if (s.empty() || s.size() > 5 || s.find_first_not_of("0123456789") != std::string::npos) return false;
+        out = std::stoi(s);
+        return out >= 1 && out <= Scene::kMaxSide;
+    };
+    const size_t x = text.find_first_of("xX");
+    if (x == std::string::npos || !side(text.substr(0, x), width) || !side(text.substr(x + 1), height)) {
+        error = "--size: expected WxH with sides 1.." + std::to_string(Scene::kMaxSide) + ", got \"" + text + "\"";
+        return false;
+    }
+    return true;
+}
+
+void CommandLine::ReportErrors(const std::string& source, const std::vector<SceneError>& errors)
+{
+    for (const SceneError& e : errors) Error(e.Format(source));
+}
+
+bool CommandLine::LoadScene(const std::string& path, Scene& scene)
+{
+    scene = Scene();
+    if (path.empty()) return true;
+    std::vector<SceneError> errors;
+    if (SceneReader::ReadFile(path, scene, errors)) return true;
+    ReportErrors(path, errors);
+    return false;
+}
+
+bool CommandLine::ClientSize(const std::string& sizeOption, const Scene& scene, int& width, int& height)
+{
+    width = scene.width.value_or(Scene::kDefaultWidth);
+    height = scene.height.value_or(Scene::kDefaultHeight);
+    if (sizeOption.empty()) return true;
+    std::string error;
+    if (ParseSize(sizeOption, width, height, error)) return true;
+    Error(error);
+    return false;
+}

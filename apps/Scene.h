@@ -1,0 +1,180 @@
+// Scene: everything a scene file can say about one chart: the client size, the pressure and
+// formulation of the state model, every setting of the chart, and the overlays (state points,
+// processes, heat-moisture-ratio lines). SceneReader fills it from JSON, SceneWriter writes it
+// back, SceneApplier hands it to the chart. A setting left out (an empty optional) means the
+// chart's default; nothing here is resolved against the state model yet.
+#pragma once
+
+#include "StateInput.h"
+
+#include <kygraph/KyGStyleSetting.h>
+#include <kygraph/KyTypes.h>
+#include <kygraph/WinTypes.h>
+
+#include <array>
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+// Where a marker puts its name, or no name at all.
+enum class SceneLabel { Left, Top, Right, Bottom, None };
+
+struct SceneLineStyle {
+    std::optional<COLORREF> color;
+    std::optional<int> pen;  // PS_SOLID .. PS_NULL
+    std::optional<int> width;
+    std::optional<int> textHeight;
+    std::optional<double> spare;
+    bool operator==(const SceneLineStyle&) const = default;
+};
+
+struct ScenePointStyle {
+    std::optional<COLORREF> color;
+    std::optional<double> size;
+    std::optional<int> textHeight;
+    bool operator==(const ScenePointStyle&) const = default;
+};
+
+// The nine line-style records of the chart, in the settings' order.
+enum SceneLineStyleId { DLines, HLines, Isotherms, RHCurves, RatioLines, Processes, Protractor, Frame, Spare,
+                        kLineStyleCount };
+
+struct SceneStyles {
+    std::array<SceneLineStyle, kLineStyleCount> lines;
+    ScenePointStyle points;
+
+    static const char* Key(SceneLineStyleId id);  // "d_lines", ...
+    static tagKyLineStyle CKyGStyleSetting::*Member(SceneLineStyleId id);
+    bool operator==(const SceneStyles&) const = default;
+};
+
+struct SceneRange {
+    std::optional<double> tmin, tmax;  // °C
+    std::optional<double> dmin, dmax;  // g/kg
+    bool operator==(const SceneRange&) const = default;
+};
+
+struct SceneIntervals {
+    std::optional<double> d;   // g/kg
+    std::optional<double> h;   // kJ/kg
+    std::optional<double> t;   // °C
+    std::optional<double> rh;  // percent
+    bool operator==(const SceneIntervals&) const = default;
+};
+
+struct SceneDisplay {
+    std::optional<bool> protractor, isotherms, dLines, hLines, rhCurves, title;
+    bool operator==(const SceneDisplay&) const = default;
+};
+
+// The design conditions; relative humidities in percent.
+struct SceneDesign {
+    std::optional<std::string> city;
+    std::optional<double> summerOutTdb, summerOutTwb, summerInTdb, summerInRH;
+    std::optional<double> winterOutTdb, winterOutRH, winterInTdb, winterInRH;
+    bool operator==(const SceneDesign&) const = default;
+};
+
+// Lengths at draw scale 1, in pixels.
+struct SceneMargins {
+    std::optional<double> left, right, bottom, top;
+    bool operator==(const SceneMargins&) const = default;
+};
+
+struct SceneLengths {
+    std::optional<double> t;  // per °C of temperature range
+    std::optional<double> d;  // per g/kg of moisture-content range
+    bool operator==(const SceneLengths&) const = default;
+};
+
+// A state with an optional name (its label, and how later parts of the scene refer to it).
+struct SceneState {
+    std::string name;
+    StateInput input;
+    bool operator==(const SceneState&) const = default;
+};
+
+// A state point drawn as a marker.
+struct ScenePoint {
+    SceneState state;
+    std::optional<SceneLabel> label;  // default: top
+    bool operator==(const ScenePoint&) const = default;
+};
+
+// Either the name of a state defined earlier in the scene or a state given in place.
+using SceneStateRef = std::variant<std::string, SceneState>;
+
+// One path of a process: a builder of the state model, or an explicit list of states.
+struct SceneStep {
+    enum Type { Mixing, Sensible, CoolingDehumidify, AdiabaticHumidify, SteamHumidify, Ratio, Path, kTypeCount };
+    static const char* TypeName(Type type);  // "mixing", ...
+
+    Type type = Path;
+    std::optional<std::string> name;  // the path's name; "path N" when left out
+    std::optional<SceneStateRef> from, to, a, b;
+    std::optional<double> massA, massB;       // mixing: dry-air flows, any one unit
+    std::optional<double> tdb, rh, d, h;      // the end condition of the builder
+    std::optional<double> tSteam;             // steam humidification, °C
+    std::optional<double> ratio;              // kJ/kg; +inf and -inf for the infinite kinds
+    std::vector<SceneStateRef> points;        // explicit path
+    std::optional<std::string> result;        // name given to the computed end state
+    bool operator==(const SceneStep&) const = default;
+};
+
+struct SceneProcess {
+    std::vector<SceneState> states;  // named states the steps refer to
+    std::vector<SceneStep> steps;
+    bool operator==(const SceneProcess&) const = default;
+};
+
+// A heat-moisture-ratio line between two states, or from a state along a ratio to a d, h
+// or rh.
+struct SceneRatioLine {
+    SceneStateRef from;
+    std::optional<SceneStateRef> to;
+    std::optional<double> ratio;  // kJ/kg; +inf and -inf for the infinite kinds
+    std::optional<double> d, h, rh;
+    std::optional<bool> label;    // default: on
+    bool operator==(const SceneRatioLine&) const = default;
+};
+
+struct Scene {
+    static constexpr int kDefaultWidth = 1000;
+    static constexpr int kDefaultHeight = 800;
+    static constexpr int kMaxSide = 8192;
+
+    std::optional<int> width, height;  // client size in pixels
+    std::optional<bool> antialias;
+    std::optional<double> pressure;    // Pa
+    std::optional<Ky::_Formulation> formulation;
+    SceneRange range;
+    SceneIntervals intervals;
+    SceneDisplay display;
+    std::optional<bool> winter;        // design points from the winter conditions
+    SceneDesign design;
+    SceneMargins margins;
+    SceneLengths lengths;
+    SceneStyles styles;
+    std::vector<ScenePoint> points;
+    std::vector<SceneProcess> processes;
+    std::vector<SceneRatioLine> ratioLines;
+
+    bool operator==(const Scene&) const = default;
+};
+
+// One problem with a scene: where it is (a JSON pointer such as "/points/2/rh", "" for the
+// whole document, or a line and column for malformed JSON) and what is wrong.
+struct SceneError {
+    std::string pointer;
+    int line = 0;  // 1-based when the text itself is malformed
+    int column = 0;
+    std::string message;
+
+    // "<source>:/points/2/rh: message", "<source>:3:14: message" or "<source>: message".
+    std::string Format(const std::string& source) const;
+};
+
+// A JSON pointer for key appended to base, with "~" and "/" escaped.
+std::string JsonPointer(const std::string& base, const std::string& key);
+std::string JsonPointer(const std::string& base, size_t index);

@@ -1,0 +1,407 @@
+#include "SceneApplier.h"
+
+#include <kygraph/KyChart.h>
+#include <kygraph/KyGChart.h>
+#include <kygraph/KyGSameAS.h>
+#include <kygraph/KyProcess.h>
+
+#include <cmath>
+#include <cstdio>
+
+namespace {
+
+CString Wide(const std::string& utf8) { return CString::FromUtf8(utf8); }
+
+std::string Num(double v)
+{
+    char buf[32];
+    std::snprintf(buf, sizeof buf, "%g", v);
+    return buf;
+}
+
+// Every member of the settings the scene can change, so that a snapshot restores it whole.
+void CopySettings(CKyGChartSetting& to, const CKyGChartSetting& from)
+{
+    to.m_RangeSetting = from.m_RangeSetting;
+    to.m_StyleSetting = from.m_StyleSetting;
+    to.m_DimContentSetting = from.m_DimContentSetting;
+    to.m_ShortSetting = from.m_ShortSetting;
+    to.m_DrawHstSetting = from.m_DrawHstSetting;
+    to.m_dLeftMargin = from.m_dLeftMargin;
+    to.m_dRightMargin = from.m_dRightMargin;
+    to.m_dBottomMargin = from.m_dBottomMargin;
+    to.m_dTopMargin = from.m_dTopMargin;
+    to.m_dTLength = from.m_dTLength;
+    to.m_dDLength = from.m_dDLength;
+    to.m_dDrawScale = from.m_dDrawScale;
+}
+
+template <class T, class U>
+void Set(T& field, const std::optional<U>& v)
+{
+    if (v) field = static_cast<T>(*v);
+}
+
+void ApplyLineStyle(tagKyLineStyle& to, const SceneLineStyle& s)
+{
+    Set(to.crColor, s.color);
+    Set(to.nPenStyle, s.pen);
+    Set(to.nWidth, s.width);
+    Set(to.nTextHeight, s.textHeight);
+    Set(to.dSpare, s.spare);
+}
+
+CKyAS RatioOf(double ratio)
+{
+    CKyAS eps;
+    if (std::isinf(ratio)) eps.SetType(ratio > 0 ? CKyAS::AS_POSITIVE_INF : CKyAS::AS_NEGATIVE_INF);
+    else eps.SetValue(ratio);
+    return eps;
+}
+
+// The state reached from `from` along ratio at the one end condition given (d g/kg, h kJ/kg
+// or rh percent), computed by the state model's ratio process named name.
+bool RatioEnd(const CKyStaPnt& from, double ratio, const std::optional<double>& d, const std::optional<double>& h,
+              const std::optional<double>& rh, const CString& name, CKyStaPnt& end, std::string& error)
+{
+    CKyProcess scratch;
+    const bool ok = d    ? scratch.AddRatioProcess(name, from, RatioOf(ratio), CKyProcess::TARGET_D, *d, &end)
+                    : h  ? scratch.AddRatioProcess(name, from, RatioOf(ratio), CKyProcess::TARGET_H, *h, &end)
+                    : rh ? scratch.AddRatioProcess(name, from, RatioOf(ratio), CKyProcess::TARGET_RH, *rh / 100.0, &end)
+                         : false;
+    if (!ok) error = d || h || rh ? scratch.GetLastErrorString().ToUtf8() : "a ratio needs an end condition";
+    return ok;
+}
+
+CKyGStaPnt::DimPosition PositionOf(SceneLabel l)
+{
+    switch (l) {
+    case SceneLabel::Left: return CKyGStaPnt::DimLeft;
+    case SceneLabel::Right: return CKyGStaPnt::DimRight;
+    case SceneLabel::Bottom: return CKyGStaPnt::DimBottom;
+    default: return CKyGStaPnt::DimTop;
+    }
+}
+
+}  // namespace
+
+SceneApplier::SceneApplier()
+    : m_defaults(*CKyGChartSetting::GetKyGChartSetting()),
+      m_defaultB(CKyChart::InstanceGloble()->GetGlobleB()),
+      m_defaultFormulation(CKyChart::InstanceGloble()->GetFormulation())
+{
+}
+
+bool SceneApplier::Apply(const Scene& scene, std::vector<SceneError>& errors)
+{
+    CKyGChartSetting* live = CKyGChartSetting::GetKyGChartSetting();
+    CKyChart* model = CKyChart::InstanceGloble();
+    const CKyGChartSetting saved(*live);
+    const double savedB = model->GetGlobleB();
+    const Ky::_Formulation savedFormulation = model->GetFormulation();
+    auto markers = std::move(m_markers);
+    auto processes = std::move(m_processes);
+    auto ratioLines = std::move(m_ratioLines);
+    m_markers.clear();
+    m_processes.clear();
+    m_ratioLines.clear();
+    m_names.clear();
+
+    const size_t before = errors.size();
+    ApplySettings(scene, errors);
+    if (errors.size() == before) CheckDesign(errors);
+    if (errors.size() == before) BuildOverlays(scene, errors);
+    m_names.clear();
+    if (errors.size() == before) return true;
+
+    CopySettings(*live, saved);
+    model->SetGlobleB(savedB);
+    model->SetFormulation(savedFormulation);
+    m_markers = std::move(markers);
+    m_processes = std::move(processes);
+    m_ratioLines = std::move(ratioLines);
+    return false;
+}
+
+void SceneApplier::ApplySettings(const Scene& s, std::vector<SceneError>& errors)
+{
+    CKyGChartSetting& set = *CKyGChartSetting::GetKyGChartSetting();
+    CKyChart* model = CKyChart::InstanceGloble();
+    CopySettings(set, m_defaults);
+    // The reader has checked the pressure against the model's limits.
+    model->SetGlobleB(s.pressure.value_or(m_defaultB));
+    model->SetFormulation(s.formulation.value_or(m_defaultFormulation));
+    set.m_DrawHstSetting.m_dPressure = model->GetGlobleB();
+
+    // The corner points are recomputed even for a default range: they depend on the pressure
+    // and formulation just set.
+    const CKyGRangeSetting& def = m_defaults.m_RangeSetting;
+    const double tmin = s.range.tmin.value_or(def.GetMinT()), tmax = s.range.tmax.value_or(def.GetMaxT());
+    const double dmin = s.range.dmin.value_or(def.GetMinD()), dmax = s.range.dmax.value_or(def.GetMaxD());
+    if (!(tmin < tmax)) errors.push_back({"/range", 0, 0, "tmin " + Num(tmin) + " must be below tmax " + Num(tmax)});
+    if (!(dmin < dmax)) errors.push_back({"/range", 0, 0, "dmin " + Num(dmin) + " must be below dmax " + Num(dmax)});
+    CKyGRangeSetting& range = set.m_RangeSetting;
+    range.SetMinT(tmin);
+    range.SetMaxT(tmax);
+    range.SetMinD(dmin);
+    if (!range.SetMaxD(dmax)) {
+        const double corners[3][2] = {{dmin, tmax}, {dmin, tmin}, {dmax, tmax}};
+        for (const auto& c : corners) {
+            CKyStaPnt p;
+            if (!p.SetBy_DandTdb(c[0], c[1])) {
+                errors.push_back({"/range", 0, 0, "the corner d " + Num(c[0]) + " g/kg, t " + Num(c[1]) +
+                                                      " °C is not a state: " + p.GetLastErrorString().ToUtf8()});
+                break;
+            }
+        }
+    }
+
+    for (int i = 0; i < kLineStyleCount; ++i) {
+        const auto id = static_cast<SceneLineStyleId>(i);
+        ApplyLineStyle(set.m_StyleSetting.*SceneStyles::Member(id), s.styles.lines[i]);
+    }
+    tagKyPntStyle& pnt = set.m_StyleSetting.m_StaPntStyle;
+    Set(pnt.crColor, s.styles.points.color);
+    Set(pnt.dSize, s.styles.points.size);
+    Set(pnt.nTextHeight, s.styles.points.textHeight);
+
+    CKyGDrawHstSetting& hst = set.m_DrawHstSetting;
+    Set(hst.m_dDInterval, s.intervals.d);
+    Set(hst.m_dHInterval, s.intervals.h);
+    Set(hst.m_dTInterval, s.intervals.t);
+    Set(hst.m_dRHInterval, s.intervals.rh);
+    Set(hst.m_bShowASChart, s.display.protractor);
+    Set(hst.m_bShowSameT, s.display.isotherms);
+    Set(hst.m_bShowSameD, s.display.dLines);
+    Set(hst.m_bShowSameH, s.display.hLines);
+    Set(hst.m_bShowSameRH, s.display.rhCurves);
+    Set(hst.m_bShowTitle, s.display.title);
+    Set(hst.m_bWinter, s.winter);
+    if (s.design.city) hst.m_strCity = Wide(*s.design.city);
+    Set(hst.m_dSummerOutTdb, s.design.summerOutTdb);
+    Set(hst.m_dSummerOutTwb, s.design.summerOutTwb);
+    Set(hst.m_dSummerInTdb, s.design.summerInTdb);
+    Set(hst.m_dSummerInRH, s.design.summerInRH);
+    Set(hst.m_dWinterOutTdb, s.design.winterOutTdb);
+    Set(hst.m_dWinterOutRH, s.design.winterOutRH);
+    Set(hst.m_dWinterInTdb, s.design.winterInTdb);
+    Set(hst.m_dWinterInRH, s.design.winterInRH);
+
+    Set(set.m_dLeftMargin, s.margins.left);
+    Set(set.m_dRightMargin, s.margins.right);
+    Set(set.m_dBottomMargin, s.margins.bottom);
+    Set(set.m_dTopMargin, s.margins.top);
+    Set(set.m_dTLength, s.lengths.t);
+    Set(set.m_dDLength, s.lengths.d);
+}
+
+// The chart skips a design point the model refuses without a word; a scene says why.
+void SceneApplier::CheckDesign(std::vector<SceneError>& errors) const
+{
+    const CKyGDrawHstSetting& hst = CKyGChartSetting::GetKyGChartSetting()->m_DrawHstSetting;
+    struct Condition {
+        const char* pointer;
+        StateInput::Prop second;
+        double tdb;
+        double value;
+    };
+    const Condition conditions[] = {
+        {"/design/summer/outdoor", StateInput::Twb, hst.m_dSummerOutTdb, hst.m_dSummerOutTwb},
+        {"/design/summer/indoor", StateInput::RH, hst.m_dSummerInTdb, hst.m_dSummerInRH},
+        {"/design/winter/outdoor", StateInput::RH, hst.m_dWinterOutTdb, hst.m_dWinterOutRH},
+        {"/design/winter/indoor", StateInput::RH, hst.m_dWinterInTdb, hst.m_dWinterInRH},
+    };
+    for (const Condition& c : conditions) {
+        StateInput in;
+        in.Set(StateInput::Tdb, c.tdb);
+        in.Set(c.second, c.value);
+        CKyStaPnt p;
+        std::string error;
+        if (!in.Resolve(p, error)) errors.push_back({c.pointer, 0, 0, error});
+    }
+}
+
+void SceneApplier::Define(const std::string& name, const CKyStaPnt& pnt, const std::string& ptr,
+                          std::vector<SceneError>& errors)
+{
+    if (name.empty()) return;
+    if (!m_names.emplace(name, pnt).second)
+        errors.push_back({ptr, 0, 0, "the name \"" + name + "\" is already used by another state"});
+}
+
+bool SceneApplier::ResolveState(const SceneState& s, const std::string& ptr, CKyStaPnt& out,
+                                std::vector<SceneError>& errors)
+{
+    std::string error;
+    if (!s.input.Resolve(out, error)) {
+        errors.push_back({ptr, 0, 0, error});
+        return false;
+    }
+    out.SetName(Wide(s.name));
+    Define(s.name, out, JsonPointer(ptr, "name"), errors);
+    return true;
+}
+
+bool SceneApplier::ResolveRef(const SceneStateRef& r, const std::string& ptr, CKyStaPnt& out,
+                              std::vector<SceneError>& errors)
+{
+    if (const SceneState* s = std::get_if<SceneState>(&r)) return ResolveState(*s, ptr, out, errors);
+    const std::string& name = std::get<std::string>(r);
+    const auto it = m_names.find(name);
+    if (it == m_names.end()) {
+        errors.push_back({ptr, 0, 0, "no state named \"" + name + "\" is defined before this point"});
+        return false;
+    }
+    out = it->second;
+    return true;
+}
+
+void SceneApplier::BuildOverlays(const Scene& s, std::vector<SceneError>& errors)
+{
+    for (size_t i = 0; i < s.points.size(); ++i) {
+        const ScenePoint& p = s.points[i];
+        const std::string ptr = JsonPointer("/points", i);
+        CKyStaPnt pnt;
+        if (!ResolveState(p.state, ptr, pnt, errors)) continue;
+        Marker m{ptr, CKyGStaPnt()};
+        m.element.SetValue(pnt);
+        m.element.SetDimEnable(p.label != SceneLabel::None ? 1 : 0);
+        m.element.SetDimPosition(PositionOf(p.label.value_or(SceneLabel::Top)));
+        m_markers.push_back(std::move(m));
+    }
+    for (size_t i = 0; i < s.processes.size(); ++i) BuildProcess(s.processes[i], JsonPointer("/processes", i), errors);
+    for (size_t i = 0; i < s.ratioLines.size(); ++i) {
+        const SceneRatioLine& r = s.ratioLines[i];
+        const std::string ptr = JsonPointer("/ratio_lines", i);
+        RatioLine line{ptr, {}, {}, {}, r.label.value_or(true) ? 1 : 0};
+        if (!ResolveRef(r.from, JsonPointer(ptr, "from"), line.from, errors)) continue;
+        if (r.to) {
+            if (!ResolveRef(*r.to, JsonPointer(ptr, "to"), line.to, errors)) continue;
+            if (!line.ratio.SetByStates(line.from, line.to)) {
+                errors.push_back({ptr, 0, 0, line.ratio.GetLastErrorString().ToUtf8()});
+                continue;
+            }
+        } else {
+            std::string error;
+            if (!r.ratio || !RatioEnd(line.from, *r.ratio, r.d, r.h, r.rh, L"ratio line", line.to, error)) {
+                errors.push_back({ptr, 0, 0, r.ratio ? error : "missing key \"ratio\""});
+                continue;
+            }
+            line.ratio = RatioOf(*r.ratio);
+        }
+        m_ratioLines.push_back(std::move(line));
+    }
+}
+
+void SceneApplier::BuildProcess(const SceneProcess& process, const std::string& ptr, std::vector<SceneError>& errors)
+{
+    for (size_t i = 0; i < process.states.size(); ++i) {
+        CKyStaPnt pnt;
+        ResolveState(process.states[i], JsonPointer(JsonPointer(ptr, "states"), i), pnt, errors);
+    }
+    CKyProcess result;
+    for (size_t k = 0; k < process.steps.size(); ++k) {
+        const SceneStep& st = process.steps[k];
+        const std::string sp = JsonPointer(JsonPointer(ptr, "steps"), k);
+        const CString name = st.name ? Wide(*st.name) : Wide("path " + std::to_string(k + 1));
+        // Each builder runs on a scratch process; its states then join the drawn process as an
+        // explicit path, with the computed state named as the scene says.
+        CKyProcess scratch;
+        CKyStaPnt from, to, end;
+        CKyStaPntArray path;
+        bool ok = true;
+        std::string error;
+        auto ref = [&](const std::optional<SceneStateRef>& r, const char* key, CKyStaPnt& out) {
+            if (r && !ResolveRef(*r, JsonPointer(sp, key), out, errors)) ok = false;
+        };
+        auto built = [&](bool success) {
+            if (!success) error = scratch.GetLastErrorString().ToUtf8();
+            return success;
+        };
+        switch (st.type) {
+        case SceneStep::Mixing:
+            ref(st.a, "a", from);
+            ref(st.b, "b", to);
+            if (ok && (ok = built(scratch.AddMixing(name, from, st.massA.value_or(0), to, st.massB.value_or(0), &end)))) {
+                path.Add(from);
+                path.Add(end);
+                path.Add(to);
+            }
+            break;
+        case SceneStep::Sensible:
+            ref(st.from, "from", from);
+            ok = ok && built(scratch.AddSensible(name, from, st.tdb.value_or(0), &end));
+            break;
+        case SceneStep::CoolingDehumidify:
+            ref(st.from, "from", from);
+            ref(st.to, "to", end);
+            ok = ok && built(scratch.AddCoolingDehumidify(name, from, end));
+            break;
+        case SceneStep::AdiabaticHumidify:
+            ref(st.from, "from", from);
+            ok = ok && built(scratch.AddAdiabaticHumidify(name, from, st.rh.value_or(0) / 100.0, &end));
+            break;
+        case SceneStep::SteamHumidify:
+            ref(st.from, "from", from);
+            ok = ok && built(scratch.AddSteamHumidify(name, from, st.d.value_or(0), st.tSteam.value_or(100.0), &end));
+            break;
+        case SceneStep::Ratio:
+            ref(st.from, "from", from);
+            ok = ok && RatioEnd(from, st.ratio.value_or(0), st.d, st.h, st.rh, name, end, error);
+            break;
+        case SceneStep::Path:
+        case SceneStep::kTypeCount:
+            for (size_t j = 0; j < st.points.size(); ++j) {
+                CKyStaPnt p;
+                if (ResolveRef(st.points[j], JsonPointer(JsonPointer(sp, "points"), j), p, errors)) path.Add(p);
+                else ok = false;
+            }
+            break;
+        }
+        if (!ok) {
+            if (!error.empty()) errors.push_back({sp, 0, 0, error});
+            continue;
+        }
+        if (st.type != SceneStep::Mixing && st.type != SceneStep::Path) {
+            path.Add(from);
+            path.Add(end);
+        }
+        if (st.result) {
+            // The computed state is the one before last of a mixing path and the last of others.
+            CKyStaPnt& named = path.ElementAt(st.type == SceneStep::Mixing ? 1 : path.GetSize() - 1);
+            named.SetName(Wide(*st.result));
+            Define(*st.result, named, JsonPointer(sp, "result"), errors);
+        }
+        if (!result.AddPath(name, path)) errors.push_back({sp, 0, 0, result.GetLastErrorString().ToUtf8()});
+    }
+    Process p{ptr, CKyGProcess()};
+    p.element.SetValue(result);
+    m_processes.push_back(std::move(p));
+}
+
+bool SceneApplier::DrawOverlays(CKyGChart& chart, std::vector<SceneError>& errors)
+{
+    const size_t before = errors.size();
+    auto fail = [&](const std::string& ptr, const CKyObject& source) {
+        const std::string text = source.GetLastErrorString().ToUtf8();
+        errors.push_back({ptr, 0, 0, text.empty() ? "could not be drawn" : text});
+    };
+    for (RatioLine& r : m_ratioLines) {
+        CPoint a, b;
+        if (!chart.Convert(r.from, a) || !chart.Convert(r.to, b)) {
+            fail(r.pointer, chart);
+            continue;
+        }
+        CKyGSameAS line;
+        line.SetValue(r.ratio);
+        line.SetDimEnable(r.label);
+        line.SetStartPoint(a);
+        line.SetEndPoint(b);
+        chart.Draw(&line);
+    }
+    for (Process& p : m_processes)
+        if (!chart.Draw(&p.element)) fail(p.pointer, p.element);
+    for (Marker& m : m_markers)
+        if (!chart.Draw(&m.element)) fail(m.pointer, m.element);
+    return errors.size() == before;
+}

@@ -1,0 +1,78 @@
+// SceneApplier: hands a Scene to the chart. Apply sets the state model's pressure and
+// formulation and every setting of the settings singleton (a setting the scene leaves out
+// gets its default), and resolves the scene's states, processes and ratio lines with the
+// state model; DrawOverlays then draws them onto the chart's surface through CKyGChart::Draw.
+//
+// The chart computes its enthalpy angle once, when the chart singleton is built, from the
+// settings and the pressure of that moment: a host applies its scene before the first
+// CKyGChart::GetKyGChart() call.
+#pragma once
+
+#include "Scene.h"
+
+#include <kygraph/KyAS.h>
+#include <kygraph/KyGChartSetting.h>
+#include <kygraph/KyGProcess.h>
+#include <kygraph/KyGStaPnt.h>
+#include <kygraph/KyStaPnt.h>
+
+#include <map>
+#include <string>
+#include <vector>
+
+class CKyGChart;
+
+class SceneApplier {
+public:
+    // Remembers the settings, pressure and formulation as they are now as the defaults of
+    // every scene: construct the applier before anything changes them.
+    SceneApplier();
+
+    // True when the whole scene was applied. Otherwise false with every problem found (a
+    // range or design condition the model refuses, an unsupported pair, a name used twice or
+    // not defined before its use, a process the model refuses), and the settings, pressure,
+    // formulation and overlays are left exactly as they were before the call.
+    bool Apply(const Scene& scene, std::vector<SceneError>& errors);
+
+    // Draws the ratio lines, the processes and the state points of the last successful Apply,
+    // in that order, through chart.Draw. True when every one was drawn; otherwise false with
+    // one error (the chart's or the element's text) for each that was not, the others drawn.
+    bool DrawOverlays(CKyGChart& chart, std::vector<SceneError>& errors);
+
+private:
+    struct Marker {
+        std::string pointer;
+        CKyGStaPnt element;
+    };
+    struct Process {
+        std::string pointer;
+        CKyGProcess element;
+    };
+    struct RatioLine {
+        std::string pointer;
+        CKyStaPnt from;
+        CKyStaPnt to;
+        CKyAS ratio;
+        int label = 1;
+    };
+
+    // Resolves everything into the members below; errors for what the model refuses.
+    void ApplySettings(const Scene& scene, std::vector<SceneError>& errors);
+    void CheckDesign(std::vector<SceneError>& errors) const;
+    void BuildOverlays(const Scene& scene, std::vector<SceneError>& errors);
+    void BuildProcess(const SceneProcess& process, const std::string& ptr, std::vector<SceneError>& errors);
+
+    bool ResolveState(const SceneState& s, const std::string& ptr, CKyStaPnt& out, std::vector<SceneError>& errors);
+    bool ResolveRef(const SceneStateRef& r, const std::string& ptr, CKyStaPnt& out, std::vector<SceneError>& errors);
+    // Makes name refer to pnt from now on; an error when the name is taken.
+    void Define(const std::string& name, const CKyStaPnt& pnt, const std::string& ptr, std::vector<SceneError>& errors);
+
+    CKyGChartSetting m_defaults;
+    double m_defaultB;
+    Ky::_Formulation m_defaultFormulation;
+
+    std::map<std::string, CKyStaPnt> m_names;  // named states of the scene being applied
+    std::vector<Marker> m_markers;
+    std::vector<Process> m_processes;
+    std::vector<RatioLine> m_ratioLines;
+};

@@ -1,0 +1,234 @@
+#include "SceneWriter.h"
+
+#include <cmath>
+#include <cstdio>
+
+using ojson = nlohmann::ordered_json;
+
+namespace {
+
+template <class T>
+void Put(ojson& obj, const char* key, const std::optional<T>& v)
+{
+    if (v) obj[key] = *v;
+}
+
+// Adds section under key unless it stayed empty.
+void PutSection(ojson& obj, const char* key, ojson section)
+{
+    if (!section.empty()) obj[key] = std::move(section);
+}
+
+std::string ColorText(COLORREF c)
+{
+    char buf[8];
+    std::snprintf(buf, sizeof buf, "#%02x%02x%02x", GetRValue(c), GetGValue(c), GetBValue(c));
+    return buf;
+}
+
+void PutColor(ojson& obj, const char* key, const std::optional<COLORREF>& c)
+{
+    if (c) obj[key] = ColorText(*c);
+}
+
+// JSON has no infinity: the infinite ratios are written as the reader's "inf" and "-inf".
+void PutRatio(ojson& obj, const std::optional<double>& r)
+{
+    if (!r) return;
+    if (std::isinf(*r)) obj["ratio"] = *r > 0 ? "inf" : "-inf";
+    else obj["ratio"] = *r;
+}
+
+const char* PenName(int pen)
+{
+    static const char* const names[] = {"solid", "dash", "dot", "dashdot", "dashdotdot", "null"};
+    return pen >= 0 && pen <= 5 ? names[pen] : "solid";
+}
+
+const char* LabelName(SceneLabel l)
+{
+    static const char* const names[] = {"left", "top", "right", "bottom", "none"};
+    return names[static_cast<int>(l)];
+}
+
+ojson State(const SceneState& s)
+{
+    ojson o = ojson::object();
+    if (!s.name.empty()) o["name"] = s.name;
+    for (int i = 0; i < StateInput::kPropCount; ++i) {
+        const auto prop = static_cast<StateInput::Prop>(i);
+        if (s.input.Has(prop)) o[StateInput::Key(prop)] = s.input.Get(prop);
+    }
+    return o;
+}
+
+ojson Ref(const SceneStateRef& r)
+{
+    if (const std::string* name = std::get_if<std::string>(&r)) return *name;
+    return State(std::get<SceneState>(r));
+}
+
+void PutRef(ojson& obj, const char* key, const std::optional<SceneStateRef>& r)
+{
+    if (r) obj[key] = Ref(*r);
+}
+
+ojson Step(const SceneStep& st)
+{
+    ojson o;
+    o["type"] = SceneStep::TypeName(st.type);
+    Put(o, "name", st.name);
+    PutRef(o, "from", st.from);
+    PutRef(o, "to", st.to);
+    PutRef(o, "a", st.a);
+    PutRef(o, "b", st.b);
+    Put(o, "mass_a", st.massA);
+    Put(o, "mass_b", st.massB);
+    PutRatio(o, st.ratio);
+    Put(o, "tdb", st.tdb);
+    Put(o, "rh", st.rh);
+    Put(o, "d", st.d);
+    Put(o, "h", st.h);
+    Put(o, "t_steam", st.tSteam);
+    if (st.type == SceneStep::Path) {
+        ojson pts = ojson::array();
+        for (const SceneStateRef& r : st.points) pts.push_back(Ref(r));
+        o["points"] = std::move(pts);
+    }
+    Put(o, "result", st.result);
+    return o;
+}
+
+ojson LineStyle(const SceneLineStyle& s)
+{
+    ojson o = ojson::object();
+    PutColor(o, "color", s.color);
+    if (s.pen) o["pen"] = PenName(*s.pen);
+    Put(o, "width", s.width);
+    Put(o, "text_height", s.textHeight);
+    Put(o, "spare", s.spare);
+    return o;
+}
+
+}  // namespace
+
+ojson SceneWriter::ToJson(const Scene& s)
+{
+    ojson doc = ojson::object();
+    ojson size = ojson::object();
+    Put(size, "width", s.width);
+    Put(size, "height", s.height);
+    PutSection(doc, "size", std::move(size));
+    Put(doc, "antialias", s.antialias);
+    Put(doc, "pressure", s.pressure);
+    if (s.formulation) doc["formulation"] = *s.formulation == Ky::FORMULATION_ASHRAE2017 ? "ashrae" : "chart";
+
+    ojson range = ojson::object();
+    Put(range, "tmin", s.range.tmin);
+    Put(range, "tmax", s.range.tmax);
+    Put(range, "dmin", s.range.dmin);
+    Put(range, "dmax", s.range.dmax);
+    PutSection(doc, "range", std::move(range));
+
+    ojson intervals = ojson::object();
+    Put(intervals, "d", s.intervals.d);
+    Put(intervals, "h", s.intervals.h);
+    Put(intervals, "t", s.intervals.t);
+    Put(intervals, "rh", s.intervals.rh);
+    PutSection(doc, "intervals", std::move(intervals));
+
+    ojson display = ojson::object();
+    Put(display, "protractor", s.display.protractor);
+    Put(display, "isotherms", s.display.isotherms);
+    Put(display, "d_lines", s.display.dLines);
+    Put(display, "h_lines", s.display.hLines);
+    Put(display, "rh_curves", s.display.rhCurves);
+    Put(display, "title", s.display.title);
+    PutSection(doc, "display", std::move(display));
+    Put(doc, "winter", s.winter);
+
+    ojson design = ojson::object();
+    Put(design, "city", s.design.city);
+    ojson summer = ojson::object(), sOut = ojson::object(), sIn = ojson::object();
+    Put(sOut, "tdb", s.design.summerOutTdb);
+    Put(sOut, "twb", s.design.summerOutTwb);
+    Put(sIn, "tdb", s.design.summerInTdb);
+    Put(sIn, "rh", s.design.summerInRH);
+    PutSection(summer, "outdoor", std::move(sOut));
+    PutSection(summer, "indoor", std::move(sIn));
+    PutSection(design, "summer", std::move(summer));
+    ojson winter = ojson::object(), wOut = ojson::object(), wIn = ojson::object();
+    Put(wOut, "tdb", s.design.winterOutTdb);
+    Put(wOut, "rh", s.design.winterOutRH);
+    Put(wIn, "tdb", s.design.winterInTdb);
+    Put(wIn, "rh", s.design.winterInRH);
+    PutSection(winter, "outdoor", std::move(wOut));
+    PutSection(winter, "indoor", std::move(wIn));
+    PutSection(design, "winter", std::move(winter));
+    PutSection(doc, "design", std::move(design));
+
+    ojson margins = ojson::object();
+    Put(margins, "left", s.margins.left);
+    Put(margins, "right", s.margins.right);
+    Put(margins, "bottom", s.margins.bottom);
+    Put(margins, "top", s.margins.top);
+    PutSection(doc, "margins", std::move(margins));
+
+    ojson lengths = ojson::object();
+    Put(lengths, "t", s.lengths.t);
+    Put(lengths, "d", s.lengths.d);
+    PutSection(doc, "lengths", std::move(lengths));
+
+    ojson styles = ojson::object();
+    for (int i = 0; i < kLineStyleCount; ++i)
+        PutSection(styles, SceneStyles::Key(static_cast<SceneLineStyleId>(i)), LineStyle(s.styles.lines[i]));
+    ojson points = ojson::object();
+    PutColor(points, "color", s.styles.points.color);
+    Put(points, "size", s.styles.points.size);
+    Put(points, "text_height", s.styles.points.textHeight);
+    PutSection(styles, "points", std::move(points));
+    PutSection(doc, "styles", std::move(styles));
+
+    if (!s.points.empty()) {
+        ojson& arr = doc["points"] = ojson::array();
+        for (const ScenePoint& p : s.points) {
+            ojson o = State(p.state);
+            if (p.label) o["label"] = LabelName(*p.label);
+            arr.push_back(std::move(o));
+        }
+    }
+    if (!s.processes.empty()) {
+        ojson& arr = doc["processes"] = ojson::array();
+        for (const SceneProcess& p : s.processes) {
+            ojson o = ojson::object();
+            if (!p.states.empty()) {
+                ojson& states = o["states"] = ojson::array();
+                for (const SceneState& st : p.states) states.push_back(State(st));
+            }
+            ojson& steps = o["steps"] = ojson::array();
+            for (const SceneStep& st : p.steps) steps.push_back(Step(st));
+            arr.push_back(std::move(o));
+        }
+    }
+    if (!s.ratioLines.empty()) {
+        ojson& arr = doc["ratio_lines"] = ojson::array();
+        for (const SceneRatioLine& r : s.ratioLines) {
+            ojson o;
+            o["from"] = Ref(r.from);
+            PutRef(o, "to", r.to);
+            PutRatio(o, r.ratio);
+            Put(o, "d", r.d);
+            Put(o, "h", r.h);
+            Put(o, "rh", r.rh);
+            Put(o, "label", r.label);
+            arr.push_back(std::move(o));
+        }
+    }
+    return doc;
+}
+
+std::string SceneWriter::Write(const Scene& scene)
+{
+    // Text that is not UTF-8 (possible only in a Scene built in code) is replaced, not thrown.
+    return ToJson(scene).dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
+}

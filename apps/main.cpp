@@ -1,0 +1,30 @@
+// kygraph: the psychrometric chart from the command line. Each command is one class; this file
+// only hands the command line to the one that was chosen.
+#include "CommandLine.h"
+#include "LocateCommand.h"
+#include "RenderCommand.h"
+#include "ServeCommand.h"
+#include "StateCommand.h"
+
+#include <kygraph/KyGraphModule.h>
+
+int main(int argc, char** argv)
+{
+    const KyVersionRecord& version = KyGraphVersion();
+    CLI::App app{"kygraph: the psychrometric (h-d) chart of moist air: render charts, query states, locate pixels"};
+    app.set_version_flag("--version", std::string("kygraph (") + version.name + " " + version.version + ")");
+    app.require_subcommand(1);
+    RenderCommand render(app);
+    StateCommand state(app);
+    LocateCommand locate(app);
+    ServeCommand serve(app);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& e) {
+        return CommandLine::ParseFailed(app, e);
+    }
+    if (render.Selected()) return render.Run();
+    if (state.Selected()) return state.Run();
+    if (serve.Selected()) return serve.Run();
+    return locate.Run();
+}
