@@ -1,163 +1,110 @@
-// The heat-moisture-ratio protractor: its fixed frame, every graduation of both scales laid
-// along the ray the chart's own mapping gives that ratio, and its failure and sub-pixel cases.
+// The heat-moisture-ratio protractor: its fixed frame, its numbered graduations, and every
+// tick laid along the ray that the chart's own mapping gives its ratio.
 #include "FurnitureFixture.h"
 
 #include <kygraph/KyGASChart.h>
+#include <kygraph/KyStaPnt.h>
 
 #include <cmath>
-#include <numbers>
 #include <set>
 
 namespace {
 
 class Protractor : public Furniture {
 protected:
-    double k = 1.0;
-    int th = 7;
-    CPoint M;
+    CPoint M;  // the centre, 74 pixels in from the drawing's right and bottom edges at scale 1
 
-    void Measure()
+    void Locate()
     {
-        k = set->GetDrawScale();
-        th = Ky::TruncToInt(7 * k);
-        const int inset = Ky::TruncToInt(-74 * k);
+        const int inset = Ky::TruncToInt(-74 * s);
         M = CPoint(chart->GetChartMaxPoint().x + inset, chart->GetOrigin().y + inset);
     }
     CRect Square(double side) const
     {
-        const int half = Ky::TruncToInt(side * k) / 2;
+        const int half = Ky::TruncToInt(side * s) / 2;
         return CRect(M.x - half, M.y - half, M.x + half, M.y + half);
     }
-    // A tick of length len * k on the outer (50 k) or inner (45 k) circle along (dx, dy), with
-    // its text beyond the tick or inside it.
-    void Graduation(Walk& walk, double dx, double dy, double len, const CString& label, bool outer) const
+    // Diameter, outer arc, centre tick, the two centre circles and the "-∞" graduation.
+    std::vector<std::string> FrameSteps() const
     {
-        const double r = (outer ? 50 : 45) * k, sign = outer ? 1 : -1;
-        const CPoint p1(Ky::TruncToInt(M.x + dx * r), Ky::TruncToInt(M.y + dy * r));
-        const CPoint p2(Ky::TruncToInt(p1.x + dx * sign * len * k), Ky::TruncToInt(p1.y + dy * sign * len * k));
-        walk.Line(p1, p2);
-        const CSize ext = Extent(th, label);
-        CPoint at(p2.x, p2.y - ext.cy / 2);
-        if (!outer) at = CPoint(Ky::TruncToInt(at.x - dx * ext.cx), Ky::TruncToInt(at.y - dy * ext.cx));
-        walk.Text(at, label, th, Ky::TruncToInt(std::atan(-dy / dx) * 180 / std::numbers::pi) * 10);
-    }
-    // The diameter, outer arc, centre tick, the two centre circles and "-∞".
-    void FrameSteps(Walk& walk) const
-    {
-        const CPoint bottom(M.x, Ky::TruncToInt(M.y + 50 * k)), top(M.x, Ky::TruncToInt(M.y - 50 * k));
-        walk.Line(bottom, top);
-        walk.Arc(Square(100), bottom, top);
-        walk.Line(CPoint(M.x + Ky::TruncToInt(6 * k), M.y), CPoint(M.x - Ky::TruncToInt(6 * k), M.y));
-        // Moved down by 2k and back up, each step truncated: the centre whenever 2k is whole.
-        const CPoint a(M.x, Ky::TruncToInt(Ky::TruncToInt(M.y + 2 * k) - 2 * k));
-        walk.Arc(Square(4), a, M);
-        walk.Arc(Square(4), M, a);
-        // Built on the centre's x for both axes, as intended.
-        walk.Arc(Square(8), CPoint(M.x, Ky::TruncToInt(M.x + 4 * k)), CPoint(M.x, Ky::TruncToInt(M.x - 4 * k)));
-        Graduation(walk, 0.0, 1.0, 6, L"-\u221E", true);
-    }
-    // The unit direction on the chart of ratio dh kJ/kg per g/kg from the range's corner
-    // state at minimum d and maximum temperature.
-    void Ray(double dh, double& dx, double& dy) const
-    {
-        const CKyStaPnt ref = set->m_RangeSetting.GetMinDMaxTStaPnt();
-        CKyStaPnt b;
-        ASSERT_TRUE(b.SetBy_HandD(ref.GetH() + dh, ref.GetD() + 1.0));
-        CPoint pa = Pixel(ref), pb;
-        ASSERT_EQ(chart->GetPoint(b.GetH(), b.GetD(), pb), 1);
-        const double rx = pb.x - pa.x, ry = pb.y - pa.y;
-        dx = rx / std::hypot(rx, ry);
-        dy = ry / std::hypot(rx, ry);
+        const CPoint bottom(M.x, Ky::TruncToInt(M.y + 50 * s)), top(M.x, Ky::TruncToInt(M.y - 50 * s));
+        const CPoint tip(M.x, Ky::TruncToInt(bottom.y + 6 * s));
+        // Moved down by 2s and back up, each step truncated: the centre itself whenever 2s is whole.
+        const CPoint a(M.x, Ky::TruncToInt(Ky::TruncToInt(M.y + 2 * s) - 2 * s));
+        const int th = Ky::TruncToInt(7 * s);
+        return {Line(bottom, top), Arc(Square(100), bottom, top),
+                Line({M.x + Ky::TruncToInt(6 * s), M.y}, {M.x - Ky::TruncToInt(6 * s), M.y}), Arc(Square(4), a, M),
+                Arc(Square(4), M, a),
+                // Built on the centre's x for both axes, as intended.
+                Arc(Square(8), {M.x, Ky::TruncToInt(M.x + 4 * s)}, {M.x, Ky::TruncToInt(M.x - 4 * s)}),
+                Line(bottom, tip), Text({tip.x, tip.y - Extent(th, L"-\u221E").cy / 2}, L"-\u221E", th, -900)};
     }
 };
 
-const std::set<int> kKJNumbered{-10000, 0, 1000, 2000, 3000, 4000, 5000, 10000};
-const std::set<int> kKcalNumbered{-2500, 0, 500, 1000, 2500};
-const std::set<int> kKcalMajor{-2500, 0, 500, 1000, 1500, 2000, 2500};  // 1500 and 2000 unnumbered
+const std::set<int> kKJMajor{-10000, 0, 1000, 2000, 3000, 4000, 5000, 10000};
+const std::set<int> kKcalMajor{-2500, 0, 500, 1000, 1500, 2000, 2500};
 
 }  // namespace
 
-TEST_F(Protractor, EveryGraduationLiesAlongItsRatioOnTheChart)
+TEST_F(Protractor, TicksFollowTheChartsRaysAndOnlyTheListedOnesAreNumbered)
 {
-    for (const CSize window : {CSize(580, 500), CSize(1120, 960), CSize(1000, 800)}) {
+    for (const CSize window : {CSize(580, 500), CSize(1000, 800)}) {
         Attach(window.cx, window.cy);
-        Measure();
-        SCOPED_TRACE(k);
+        Locate();
         CKyGASChart protractor;
         ASSERT_EQ(DrawAlone(protractor), 1);
-        Walk walk(Records());
-        FrameSteps(walk);
+        const std::vector<std::string> drawn = Drawn(), frame = FrameSteps();
+        ASSERT_EQ(drawn.size(), 8 + 2 * 201 + 5 + 2 * 101 + 2u);
+        EXPECT_EQ(std::vector<std::string>(drawn.begin(), drawn.begin() + 8), frame);
 
-        for (int eps = -10000; eps <= 10000; eps += 100) {
-            SCOPED_TRACE(eps);
-            double dx, dy;
-            Ray(eps / 1000.0, dx, dy);
-            const bool numbered = kKJNumbered.count(eps) > 0;
-            const double len = numbered ? 6 : eps % 500 == 0 ? 4 : 2;
-            Graduation(walk, dx, dy, len, numbered ? CString(std::to_wstring(eps)) : CString(), true);
+        // Each ratio's ray runs from the range's corner state at minimum d and maximum T to
+        // the state one g/kg further with the ratio's enthalpy change.
+        const CKyStaPnt ref = set->m_RangeSetting.GetMinDMaxTStaPnt();
+        const CPoint pa = Pixel(ref);
+        const auto tick = [&](double dh, double radius, double len) {
+            CKyStaPnt b;
+            CPoint pb;
+            EXPECT_TRUE(b.SetBy_HandD(ref.GetH() + dh, ref.GetD() + 1.0));
+            EXPECT_EQ(chart->GetPoint(b.GetH(), b.GetD(), pb), 1);
+            const double rx = pb.x - pa.x, ry = pb.y - pa.y, n = std::sqrt(rx * rx + ry * ry);
+            const CPoint p1(Ky::TruncToInt(M.x + rx / n * radius * s), Ky::TruncToInt(M.y + ry / n * radius * s));
+            return Line(p1, {Ky::TruncToInt(p1.x + rx / n * len * s), Ky::TruncToInt(p1.y + ry / n * len * s)});
+        };
+        for (int i = 0, eps = -10000; eps <= 10000; ++i, eps += 100)
+            EXPECT_EQ(drawn[8 + 2 * i], tick(eps / 1000.0, 50, kKJMajor.count(eps) ? 6 : eps % 500 ? 2 : 4)) << eps;
+        for (int i = 0, eps = -2500; eps <= 2500; ++i, eps += 50) {  // inwards; the zero radius follows 0
+            const double len = kKcalMajor.count(eps) ? -6 : eps % 100 ? -2 : -4;
+            EXPECT_EQ(drawn[415 + 2 * i + (eps > 0)], tick(eps / 1000.0 * 4.1855, 45, len)) << eps;
         }
-        Graduation(walk, 0.0, -1.0, 6, L"\u221E", true);
-        const CPoint top(M.x, Ky::TruncToInt(M.y - 50 * k));
-        walk.Text(top - Extent(th, L"kJ/kg"), L"kJ/kg", th, 0);
-        walk.Text(CPoint(M.x - Ky::TruncToInt(8 * k), M.y + Extent(th, L"热湿比").cx / 2), L"热湿比", th, 900);
-        walk.Arc(Square(90), CPoint(M.x, Ky::TruncToInt(M.y + 45 * k)), CPoint(M.x, Ky::TruncToInt(M.y - 45 * k)));
 
-        for (int eps = -2500; eps <= 2500; eps += 50) {
-            SCOPED_TRACE(eps);
-            double dx, dy;
-            Ray(eps / 1000.0 * 4.1855, dx, dy);
-            const double len = kKcalMajor.count(eps) ? 6 : eps % 100 == 0 ? 4 : 2;
-            Graduation(walk, dx, dy, len, kKcalNumbered.count(eps) ? CString(std::to_wstring(eps)) : CString(), false);
-            if (eps == 0) {
-                // The zero radius, along the constant-enthalpy direction.
-                EXPECT_NEAR(std::atan2(dy, dx), chart->GetHAngle(), 0.02);
-                walk.Line(M, M + CSize(Ky::TruncToInt(dx * 45 * k), Ky::TruncToInt(dy * 45 * k)));
-            }
-        }
-        walk.Text(CPoint(M.x - Extent(th, L"kcal/kg").cx, M.y + Ky::TruncToInt(-(47 * k))), L"kcal/kg", th, 0);
-        walk.End();
-    }
-}
-
-TEST_F(Protractor, SitsInTheBottomRightCornerOfTheDrawing)
-{
-    for (const CSize window : {CSize(580, 500), CSize(1120, 960)}) {
-        Attach(window.cx, window.cy);
-        Measure();
-        const int k1 = static_cast<int>(k);  // 1 and 2: whole scales
-        EXPECT_EQ(chart->GetChartMaxPoint().x - M.x, 74 * k1);
-        EXPECT_EQ(chart->GetOrigin().y - M.y, 74 * k1);
-        CKyGASChart protractor;
-        DrawAlone(protractor);
-        const CDrawRecord& diameter = Records().at(0);
-        EXPECT_EQ(diameter.pts.at(0).y - diameter.pts.at(1).y, 100 * k1);
+        std::vector<std::wstring> texts;
+        for (const CDrawRecord& r : Records())
+            if (r.kind == CDrawRecord::Text && !r.text.IsEmpty()) texts.push_back(r.text.str());
+        EXPECT_EQ(texts, (std::vector<std::wstring>{L"-\u221E", L"-10000", L"0", L"1000", L"2000", L"3000", L"4000", L"5000",
+                                                    L"10000", L"\u221E", L"kJ/kg", L"热湿比", L"-2500", L"0", L"500",
+                                                    L"1000", L"2500", L"kcal/kg"}));
     }
 }
 
 TEST_F(Protractor, UnplaceableReferenceStateLeavesOnlyTheFrameSteps)
 {
     Attach(1000, 800);
+    Locate();
     set->m_RangeSetting.SetMinT(70.0);  // above the maximum: the corner state is out of range
-    Measure();
     CKyGASChart protractor;
     EXPECT_EQ(DrawAlone(protractor), 0);
-    Walk walk(Records());
-    FrameSteps(walk);
-    walk.End();
+    EXPECT_EQ(Drawn(), FrameSteps());
 }
 
 TEST_F(Protractor, RaysShorterThanAPixelAreLeftOut)
 {
     Attach(1000, 800);
-    // One g/kg and the whole enthalpy span now fit in a fraction of a pixel.
-    set->m_dDLength = 1e-3;
-    set->m_dTLength = 1e-3;
-    Measure();
+    set->m_dDLength = set->m_dTLength = 1e-3;  // the whole range within a pixel
+    Locate();
     CKyGASChart protractor;
     EXPECT_EQ(DrawAlone(protractor), 1);
-    std::vector<std::wstring> texts;
-    for (const CDrawRecord& r : Records())
-        if (r.kind == CDrawRecord::Text) texts.push_back(r.text.str());
-    EXPECT_EQ(texts, (std::vector<std::wstring>{L"-\u221E", L"\u221E", L"kJ/kg", L"热湿比", L"kcal/kg"}));
-    EXPECT_EQ(Records().size(), 14u);
+    std::vector<std::string> drawn = Drawn();
+    ASSERT_EQ(drawn.size(), 14u);  // then only "∞", the units, the title and the inner arc
+    drawn.resize(8);
+    EXPECT_EQ(drawn, FrameSteps());
 }
