@@ -62,11 +62,11 @@ int main(int argc, char** argv)
         return Fail("ratio", chart->GetLastErrorString());
     CKyGSameAS line;
     const double angle = line.CalculateAng(from, ratio.GetValue());  // radians, screen-up positive
-    const double length = 1.6 * std::hypot(to.x - from.x, to.y - from.y);
+    const CSize span = to - from;  // pixel arithmetic saturates instead of overflowing
+    const double length = 1.6 * std::hypot(span.cx, span.cy);
     line.SetValue(ratio);
     line.SetStartPoint(from);
-    line.SetEndPoint(CPoint(from.x + Ky::TruncToInt(length * std::cos(angle)),
-                            from.y - Ky::TruncToInt(length * std::sin(angle))));
+    line.SetEndPoint(from + CSize(Ky::TruncToInt(length * std::cos(angle)), Ky::TruncToInt(-length * std::sin(angle))));
     chart->Draw(&line);
     std::printf("%s runs at %.1f degrees\n", ratio.OutputString(1).ToUtf8().c_str(), angle * 180.0 / std::numbers::pi);
 
