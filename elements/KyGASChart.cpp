@@ -152,12 +152,11 @@ int CKyGASChart::Draw(CDC* pDC)
     if (!drawScale(kKJScale)) return 0;
 
     DrawLabelLine(pDC, M, 0.0, -1.0, kMajorTick * k, CString(L"\u221E"), 1);
-    const int textHeight = Ky::TruncToInt(style.nTextHeight * k);
     const CString kjUnit(L"kJ/kg");
-    CSize ext = GetTextExtent(pDC, textHeight, kjUnit);
+    CSize ext = pen.Measure(kjUnit);
     pen.Text(top - ext, 0.0, kjUnit);
     const CString title = KyGLoadString(IDS_ASCHART_TITLE);
-    ext = GetTextExtent(pDC, textHeight, title);
+    ext = pen.Measure(title);
     pen.Text(CPoint(Ky::SatSub(M.x, Ky::TruncToInt(6.0 * k + 2.0 * k)), Ky::SatSub(M.y, (-ext.cx) / 2)), 90.0, title);
 
     const double innerR = kInnerRadius * k;
@@ -168,7 +167,7 @@ int CKyGASChart::Draw(CDC* pDC)
     if (!drawScale(kKcalScale)) return 0;
 
     const CString kcalUnit(L"kcal/kg");
-    ext = GetTextExtent(pDC, textHeight, kcalUnit);
+    ext = pen.Measure(kcalUnit);
     pen.Text(CPoint(Ky::SatSub(M.x, ext.cx), Ky::SatAdd(M.y, Ky::TruncToInt(-(innerR + 2.0 * k)))), 0.0, kcalUnit);
     return 1;
 }
