@@ -12,7 +12,16 @@ int CommandLine::ParseFailed(CLI::App& app, const CLI::ParseError& e)
     if (dynamic_cast<const CLI::CallForHelp*>(&e) || dynamic_cast<const CLI::CallForAllHelp*>(&e) ||
         dynamic_cast<const CLI::CallForVersion*>(&e))
         return app.exit(e);
-    Error(e.what());
+    // CLI11 checks for a missing command before it looks at words it does not know.
+    if (dynamic_cast<const CLI::RequiredError*>(&e) && app.get_subcommands().empty()) {
+        std::string names;
+        for (const CLI::App* cmd : app.get_subcommands({})) names += (names.empty() ? "" : ", ") + cmd->get_name();
+        const std::vector<std::string> rest = app.remaining();
+        Error((rest.empty() ? std::string("no command given") : "unknown command \"" + rest.front() + "\"") +
+              "; use one of " + names);
+    } else {
+        Error(e.what());
+    }
     return kExitUsage;
 }
 

@@ -6,6 +6,7 @@
 
 #include <kygraph/ImageWnd.h>
 #include <kygraph/KyGChart.h>
+#include <kygraph/KyGraphModule.h>
 
 #include <algorithm>
 #include <cctype>
@@ -25,6 +26,27 @@ bool KindOf(const std::string& path, CImageWnd::SurfaceKind& kind)
     else if (ext == "pdf") kind = CImageWnd::Pdf;
     else return false;
     return true;
+}
+
+// Cairo writes text as glyph outlines; a <title> gives the document the chart's title as text
+// that viewers, search and screen readers can use.
+void AddSvgTitle(std::string& svg)
+{
+    CString title;
+    {
+        CResourceModule::Scope scope(KyGraphModule());
+        title.LoadString(IDS_CHART_TITLE);
+    }
+    const size_t open = svg.find("<svg");
+    const size_t end = open == std::string::npos ? open : svg.find('>', open);
+    if (end == std::string::npos || title.IsEmpty()) return;
+    std::string text;
+    for (char c : title.ToUtf8()) {
+        if (c == '&') text += "&amp;";
+        else if (c == '<') text += "&lt;";
+        else text += c;
+    }
+    svg.insert(end + 1, "\n<title>" + text + "</title>");
 }
 
 }  // namespace
@@ -71,7 +93,8 @@ int RenderCommand::Run()
     const bool drawn = chart->UptateDrawWnd(1) != 0;
     const bool overlaid = drawn && applier.DrawOverlays(*chart, errors);
     const bool shown = overlaid && chart->UptateDrawWnd(0) != 0;
-    const std::string bytes = shown ? wnd.Encode() : std::string();
+    std::string bytes = shown ? wnd.Encode() : std::string();
+    if (kind == CImageWnd::Svg && !bytes.empty()) AddSvgTitle(bytes);
     chart->AttachDarwWnd(nullptr);  // the window goes out of scope; the chart must not keep it
 
     if (!drawn || (overlaid && !shown)) {

@@ -85,13 +85,6 @@ CKyGStaPnt::DimPosition PositionOf(SceneLabel l)
 
 }  // namespace
 
-SceneApplier::SceneApplier()
-    : m_defaults(*CKyGChartSetting::GetKyGChartSetting()),
-      m_defaultB(CKyChart::InstanceGloble()->GetGlobleB()),
-      m_defaultFormulation(CKyChart::InstanceGloble()->GetFormulation())
-{
-}
-
 bool SceneApplier::Apply(const Scene& scene, std::vector<SceneError>& errors)
 {
     CKyGChartSetting* live = CKyGChartSetting::GetKyGChartSetting();
@@ -129,8 +122,8 @@ void SceneApplier::ApplySettings(const Scene& s, std::vector<SceneError>& errors
     CKyChart* model = CKyChart::InstanceGloble();
     CopySettings(set, m_defaults);
     // The reader has checked the pressure against the model's limits.
-    model->SetGlobleB(s.pressure.value_or(m_defaultB));
-    model->SetFormulation(s.formulation.value_or(m_defaultFormulation));
+    model->SetGlobleB(s.pressure.value_or(CKyChart::kDefaultB));
+    model->SetFormulation(s.formulation.value_or(Ky::FORMULATION_CHART));
     set.m_DrawHstSetting.m_dPressure = model->GetGlobleB();
 
     // The corner points are recomputed even for a default range: they depend on the pressure

@@ -1,7 +1,8 @@
 // SceneApplier: hands a Scene to the chart. Apply sets the state model's pressure and
 // formulation and every setting of the settings singleton (a setting the scene leaves out
-// gets its default), and resolves the scene's states, processes and ratio lines with the
-// state model; DrawOverlays then draws them onto the chart's surface through CKyGChart::Draw.
+// gets the library's default, whatever was set before), and resolves the scene's states,
+// processes and ratio lines with the state model; DrawOverlays then draws them onto the
+// chart's surface through CKyGChart::Draw.
 //
 // The chart computes its enthalpy angle once, when the chart singleton is built, from the
 // settings and the pressure of that moment: a host applies its scene before the first
@@ -24,10 +25,6 @@ class CKyGChart;
 
 class SceneApplier {
 public:
-    // Remembers the settings, pressure and formulation as they are now as the defaults of
-    // every scene: construct the applier before anything changes them.
-    SceneApplier();
-
     // True when the whole scene was applied. Otherwise false with every problem found (a
     // range or design condition the model refuses, an unsupported pair, a name used twice or
     // not defined before its use, a process the model refuses), and the settings, pressure,
@@ -67,9 +64,12 @@ private:
     // Makes name refer to pnt from now on; an error when the name is taken.
     void Define(const std::string& name, const CKyStaPnt& pnt, const std::string& ptr, std::vector<SceneError>& errors);
 
-    CKyGChartSetting m_defaults;
-    double m_defaultB;
-    Ky::_Formulation m_defaultFormulation;
+    // The settings as the library builds them; their constructor is open to derived classes.
+    struct DefaultSettings : CKyGChartSetting {
+        DefaultSettings() = default;
+    };
+
+    DefaultSettings m_defaults;
 
     std::map<std::string, CKyStaPnt> m_names;  // named states of the scene being applied
     std::vector<Marker> m_markers;

@@ -79,7 +79,7 @@ public:
         return true;
     }
 
-    bool parse_error(std::size_t position, const std::string&, const json::exception& ex)
+    bool parse_error(std::size_t position, const std::string& lastToken, const json::exception& ex)
     {
         // "[json.exception.parse_error.101] parse error at line 1, column 5: syntax error ..."
         std::string what = ex.what();
@@ -89,8 +89,9 @@ public:
             const size_t colon = what.find(": ");
             if (colon != std::string::npos) what.erase(0, colon + 2);
         }
+        // The position is just past the offending token; point at its start.
         SceneError e;
-        LineColumn(m_text, position > 0 ? position - 1 : 0, e.line, e.column);
+        LineColumn(m_text, position > lastToken.size() ? position - lastToken.size() : 0, e.line, e.column);
         e.message = "malformed JSON: " + what;
         m_errors.push_back(e);
         return false;
@@ -267,8 +268,9 @@ private:
             if (key == "comment" || std::any_of(keys.begin(), keys.end(), [&](const char* k) { return key == k; }))
                 continue;
             std::string message = "unknown key \"" + key + "\"";
+            // Suggest only near misses: one edit in a short key, two in a longer one.
             const char* best = nullptr;
-            size_t bestDistance = 3;  // suggest only near misses
+            size_t bestDistance = key.size() <= 4 ? 2 : 3;
             for (const char* k : keys) {
                 const size_t d = EditDistance(key, k);
                 if (d < bestDistance) bestDistance = d, best = k;
@@ -674,8 +676,8 @@ bool SceneReader::Parse(std::string_view text, Scene& scene, std::vector<SceneEr
     const size_t before = errors.size();
     json doc;
     DocumentBuilder builder(doc, text, errors);
-    const bool parsed = json::sax_parse(text.begin(), text.end(), &builder);
-    if (!parsed || errors.size() != before) return false;
+    if (!json::sax_parse(text.begin(), text.end(), &builder)) return false;
+    // Keys given twice are reported with everything else the document has wrong.
     scene = Scene();
     Reader(errors).ReadScene(doc, scene);
     return errors.size() == before;

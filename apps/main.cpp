@@ -11,7 +11,8 @@
 int main(int argc, char** argv)
 {
     const KyVersionRecord& version = KyGraphVersion();
-    CLI::App app{"kygraph: the psychrometric (h-d) chart of moist air: render charts, query states, locate pixels"};
+    CLI::App app{"kygraph: the psychrometric (h-d) chart of moist air: render charts, query states, locate pixels",
+                 "kygraph"};
     app.set_version_flag("--version", std::string("kygraph (") + version.name + " " + version.version + ")");
     app.require_subcommand(1);
     RenderCommand render(app);
