@@ -52,15 +52,17 @@ bool AtomicFile::Write(const std::string& path, std::string_view bytes, std::str
     // mkstemp makes the file private; give it the mode a newly created file would have.
     const mode_t mask = ::umask(0);
     ::umask(mask);
-    bool ok = ::fchmod(fd, 0666 & ~mask) == 0;
-    if (!ok) error = Reason("cannot set the file mode");
-    if (ok && !(ok = WriteAll(fd, bytes))) error = Reason(("cannot write " + path).c_str());
-    if (ok && !(ok = ::fsync(fd) == 0)) error = Reason(("cannot flush " + path).c_str());
-    if (::close(fd) != 0 && ok) {
-        ok = false;
-        error = Reason(("cannot write " + path).c_str());
-    }
-    if (ok && !(ok = std::rename(name.data(), path.c_str()) == 0)) error = Reason(("cannot replace " + path).c_str());
+    // Each step runs only when the ones before succeeded; the first failure names itself.
+    auto step = [&](bool done, const std::string& what) {
+        if (!done && error.empty()) error = Reason(what.c_str());
+        return done;
+    };
+    error.clear();
+    bool ok = step(::fchmod(fd, 0666 & ~mask) == 0, "cannot set the mode of " + path);
+    ok = ok && step(WriteAll(fd, bytes), "cannot write " + path);
+    ok = ok && step(::fsync(fd) == 0, "cannot flush " + path);
+    ok = step(::close(fd) == 0, "cannot write " + path) && ok;
+    ok = ok && step(std::rename(name.data(), path.c_str()) == 0, "cannot replace " + path);
     if (!ok) ::unlink(name.data());
     return ok;
 }

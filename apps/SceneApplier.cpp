@@ -315,11 +315,7 @@ void SceneApplier::BuildProcess(const SceneProcess& process, const std::string& 
         case SceneStep::Mixing:
             ref(st.a, "a", from);
             ref(st.b, "b", to);
-            if (ok && (ok = built(scratch.AddMixing(name, from, st.massA.value_or(0), to, st.massB.value_or(0), &end)))) {
-                path.Add(from);
-                path.Add(end);
-                path.Add(to);
-            }
+            ok = ok && built(scratch.AddMixing(name, from, st.massA.value_or(0), to, st.massB.value_or(0), &end));
             break;
         case SceneStep::Sensible:
             ref(st.from, "from", from);
@@ -355,15 +351,15 @@ void SceneApplier::BuildProcess(const SceneProcess& process, const std::string& 
             if (!error.empty()) errors.push_back({sp, 0, 0, error});
             continue;
         }
-        if (st.type != SceneStep::Mixing && st.type != SceneStep::Path) {
+        if (st.type != SceneStep::Path) {
+            // The builder's end state, named as the scene says; a mixing runs a -> mix -> b.
+            if (st.result) {
+                end.SetName(Wide(*st.result));
+                Define(*st.result, end, JsonPointer(sp, "result"), errors);
+            }
             path.Add(from);
             path.Add(end);
-        }
-        if (st.result) {
-            // The computed state is the one before last of a mixing path and the last of others.
-            CKyStaPnt& named = path.ElementAt(st.type == SceneStep::Mixing ? 1 : path.GetSize() - 1);
-            named.SetName(Wide(*st.result));
-            Define(*st.result, named, JsonPointer(sp, "result"), errors);
+            if (st.type == SceneStep::Mixing) path.Add(to);
         }
         if (!result.AddPath(name, path)) errors.push_back({sp, 0, 0, result.GetLastErrorString().ToUtf8()});
     }
