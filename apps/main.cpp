@@ -15,6 +15,7 @@ int main(int argc, char** argv)
                  "kygraph"};
     app.set_version_flag("--version", std::string("kygraph (") + version.name + " " + version.version + ")");
     app.require_subcommand(1);
+    app.footer("Run \"kygraph COMMAND --help\" for a command's options and an example.");
     RenderCommand render(app);
     StateCommand state(app);
     LocateCommand locate(app);
