@@ -12,7 +12,7 @@
 class SceneReader {
 public:
     // True with scene filled when text is a valid scene. Otherwise false with every error
-    // found (a malformed text stops at its first); scene is then unspecified. A "comment"
+    // found (a malformed text stops at its first); scene may then be partly filled. A "comment"
     // key is accepted and ignored in every object.
     static bool Parse(std::string_view text, Scene& scene, std::vector<SceneError>& errors);
 
