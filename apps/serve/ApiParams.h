@@ -5,6 +5,7 @@
 #pragma once
 
 #include <httplib.h>
+#include <nlohmann/json.hpp>
 
 #include <initializer_list>
 #include <string>
@@ -16,6 +17,8 @@ namespace serve {
 inline constexpr int kMaxImageSide = 8192;
 // Largest request body, bytes; a scene of hundreds of points is a few tens of kilobytes.
 inline constexpr std::size_t kMaxBodyBytes = 1u << 20;
+// Longest name of a state point, bytes of UTF-8.
+inline constexpr std::size_t kMaxNameBytes = 200;
 
 class QueryParams {
 public:
@@ -37,6 +40,8 @@ public:
 
     // w and h of an image, each 1..kMaxImageSide.
     void ImageSize(int& w, int& h);
+    // Whether name is given at all.
+    bool Has(std::string_view name) const;
 
 private:
     // The single value of name, or null (with the error set when it is given twice).
@@ -44,6 +49,28 @@ private:
     void Fail(std::string message);
 
     const httplib::Params& m_params;
+    std::string m_error;
+};
+
+// The same checks for a JSON object body: it must parse, be an object and hold only known
+// keys; values must have the right JSON type and range.
+class JsonBody {
+public:
+    JsonBody(const std::string& body, std::initializer_list<std::string_view> allowed);
+
+    bool Ok() const { return m_error.empty(); }
+    const std::string& Error() const { return m_error; }
+
+    // A required integer within [min, max]; min on failure.
+    int Int(std::string_view name, int min, int max);
+    // An optional string of at most maxBytes bytes; empty when absent.
+    std::string String(std::string_view name, std::size_t maxBytes);
+
+private:
+    const nlohmann::json* Find(std::string_view name) const;
+    void Fail(std::string message);
+
+    nlohmann::json m_doc;
     std::string m_error;
 };
 

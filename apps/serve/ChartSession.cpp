@@ -1,8 +1,15 @@
 #include "ChartSession.h"
 
+#include "AtomicFile.h"
+#include "SceneReader.h"
+#include "SceneWriter.h"
+
 #include <kygraph/ImageWnd.h>
 #include <kygraph/KyGChart.h>
 #include <kygraph/KyStaPnt.h>
+
+#include <cmath>
+#include <set>
 
 namespace serve {
 
@@ -23,16 +30,45 @@ private:
     int m_h;
 };
 
-// Images above this many pixels are not kept between requests (a 8192 x 8192 raster is
-// 256 MiB); the browser's own size stays cached.
+// Images above this many pixels are not kept between requests (8192 x 8192 is 256 MiB);
+// the browser's own size stays cached.
 constexpr long long kKeepPixels = 4096LL * 4096LL;
-
-nlohmann::json PointJson(const CPoint& pt) { return nlohmann::json{{"x", pt.x}, {"y", pt.y}}; }
 
 nlohmann::json StateJson(const CKyStaPnt& p)
 {
     return nlohmann::json{{"tdb", p.GetTdb()}, {"twb", p.GetTwb()}, {"tdp", p.GetTdp()}, {"rh", p.GetRH()},
                           {"d", p.GetD()},     {"h", p.GetH()},     {"pv", p.GetPv()},   {"rho", p.GetRho()}};
+}
+
+bool TooMany(const Scene& s, std::vector<SceneError>& errors)
+{
+    const std::size_t before = errors.size();
+    const auto check = [&](std::size_t n, const char* pointer) {
+        if (n > kMaxOverlays)
+            errors.push_back({pointer, 0, 0, "the viewer holds at most " + std::to_string(kMaxOverlays) + " of these"});
+    };
+    check(s.points.size(), "/points");
+    check(s.processes.size(), "/processes");
+    check(s.ratioLines.size(), "/ratio_lines");
+    return errors.size() != before;
+}
+
+// The first of "P1", "P2", ... that no state of the scene is called yet.
+std::string FreePointName(const Scene& s)
+{
+    std::set<std::string> used;
+    for (const ScenePoint& p : s.points) used.insert(p.state.name);
+    for (const SceneProcess& p : s.processes) {
+        for (const SceneState& st : p.states) used.insert(st.name);
+        for (const SceneStep& st : p.steps)
+            if (st.result) used.insert(*st.result);
+    }
+    // used has at most as many names as the scene has states, so a free one is found in
+    // that many + 1 tries.
+    for (std::size_t i = 1;; ++i) {
+        std::string name = "P" + std::to_string(i);
+        if (!used.count(name)) return name;
+    }
 }
 
 }  // namespace
@@ -43,20 +79,66 @@ std::mutex& ChartMutex()
     return mutex;
 }
 
+nlohmann::json ErrorsJson(const std::vector<SceneError>& errors)
+{
+    nlohmann::json list = nlohmann::json::array();
+    for (const SceneError& e : errors) list.push_back({{"pointer", e.pointer}, {"message", e.Format("scene")}});
+    return nlohmann::json{{"error", errors.empty() ? std::string("invalid scene") : errors.front().Format("scene")},
+                          {"errors", std::move(list)}};
+}
+
 ChartSession::ChartSession() = default;
 
 ChartSession::~ChartSession()
 {
     std::lock_guard<std::mutex> lock(ChartMutex());
-    // The chart must not keep pointing at a window of ours.
+    // The chart must not keep pointing at a window of ours, and the settings go back to what
+    // they were when the session began (an empty scene is all defaults).
     CKyGChart::GetKyGChart()->AttachDarwWnd(nullptr);
     m_raster.reset();
+    std::vector<SceneError> ignored;
+    m_applier.Apply(Scene{}, ignored);
 }
 
-void ChartSession::Prepare(int w, int h)
+bool ChartSession::Open(const Scene& scene, const std::string& path, std::vector<SceneError>& errors)
 {
-    (void)w;
-    (void)h;
+    std::lock_guard<std::mutex> lock(ChartMutex());
+    if (TooMany(scene, errors) || !m_applier.Apply(scene, errors)) return false;
+    m_scene = scene;
+    m_path = path;
+    return true;
+}
+
+std::string ChartSession::Path() const
+{
+    std::lock_guard<std::mutex> lock(ChartMutex());
+    return m_path;
+}
+
+void ChartSession::ApplyScene()
+{
+    std::vector<SceneError> ignored;
+    m_applier.Apply(m_scene, ignored);
+}
+
+bool ChartSession::PixelState(int x, int y, int w, int h, CKyStaPnt& pnt, std::string& message)
+{
+    CKyGChart* chart = CKyGChart::GetKyGChart();
+    SizeOnlyWnd wnd(w, h);
+    ApplyScene();
+    chart->AttachDarwWnd(&wnd);
+    const bool inside = chart->Convert(CPoint(x, y), pnt) != 0;
+    // The window ends with this call; the chart must not keep pointing at it.
+    chart->AttachDarwWnd(nullptr);
+    if (!inside) message = chart->GetLastErrorString().ToUtf8();
+    return inside;
+}
+
+bool ChartSession::Adopt(Scene candidate, std::vector<SceneError>& errors)
+{
+    if (TooMany(candidate, errors) || !m_applier.Apply(candidate, errors)) return false;
+    m_scene = std::move(candidate);
+    return true;
 }
 
 bool ChartSession::RedrawRaster(int w, int h)
@@ -68,10 +150,16 @@ bool ChartSession::RedrawRaster(int w, int h)
         m_raster = std::make_unique<CImageWnd>(w, h);
     }
     if (!CWnd::IsWindowPtr(m_raster.get())) return false;
-    Prepare(w, h);
+    ApplyScene();
+    m_raster->SetAntialias(m_scene.antialias.value_or(true));
     CKyGChart* chart = CKyGChart::GetKyGChart();
     chart->AttachDarwWnd(m_raster.get());
     chart->UptateDrawWnd(1);
+    std::vector<SceneError> ignored;
+    m_applier.DrawOverlays(*chart, ignored);
+    chart->UptateDrawWnd(0);
+    m_lastW = w;
+    m_lastH = h;
     return true;
 }
 
@@ -84,11 +172,19 @@ std::string ChartSession::Render(int w, int h, ImageKind kind)
         if (RedrawRaster(w, h)) bytes = m_raster->Encode();
         if (static_cast<long long>(w) * h > kKeepPixels) m_raster.reset();
     } else {
-        CImageWnd wnd(w, h, RGB(255, 255, 255), kind == ImageKind::Svg ? CImageWnd::Svg : CImageWnd::Pdf);
-        Prepare(w, h);
-        chart->AttachDarwWnd(&wnd);
-        chart->UptateDrawWnd(1);
-        bytes = wnd.Encode();
+        // A vector window keeps every copy made into it, so the chart is drawn with its
+        // overlays in a first window and copied once into a second.
+        const CImageWnd::SurfaceKind vk = kind == ImageKind::Svg ? CImageWnd::Svg : CImageWnd::Pdf;
+        CImageWnd scratch(w, h, RGB(255, 255, 255), vk);
+        CImageWnd target(w, h, RGB(255, 255, 255), vk);
+        ApplyScene();
+        chart->AttachDarwWnd(&scratch);
+        if (chart->UptateDrawWnd(1)) {
+            std::vector<SceneError> ignored;
+            m_applier.DrawOverlays(*chart, ignored);
+            chart->AttachDarwWnd(&target);
+            if (chart->UptateDrawWnd(0)) bytes = target.Encode();
+        }
     }
     chart->AttachDarwWnd(nullptr);
     return bytes;
@@ -97,14 +193,9 @@ std::string ChartSession::Render(int w, int h, ImageKind kind)
 nlohmann::json ChartSession::StateAt(int x, int y, int w, int h)
 {
     std::lock_guard<std::mutex> lock(ChartMutex());
-    CKyGChart* chart = CKyGChart::GetKyGChart();
-    SizeOnlyWnd wnd(w, h);
-    Prepare(w, h);
-    chart->AttachDarwWnd(&wnd);
     CKyStaPnt pnt;
-    const bool inside = chart->Convert(CPoint(x, y), pnt) != 0;
-    chart->AttachDarwWnd(nullptr);
-    if (!inside) return nlohmann::json{{"inside", false}, {"message", chart->GetLastErrorString().ToUtf8()}};
+    std::string message;
+    if (!PixelState(x, y, w, h, pnt, message)) return nlohmann::json{{"inside", false}, {"message", message}};
     nlohmann::json j = StateJson(pnt);
     j["inside"] = true;
     return j;
@@ -124,7 +215,7 @@ nlohmann::json ChartSession::Geometry(int w, int h)
         CPoint pt;
         if (!p.IsValid() || !chart->Convert(p, pt)) return nlohmann::json(nullptr);
         nlohmann::json s = StateJson(p);
-        s["pixel"] = PointJson(pt);
+        s["pixel"] = {{"x", pt.x}, {"y", pt.y}};
         s["name"] = p.GetName().ToUtf8();
         return s;
     };
@@ -133,6 +224,64 @@ nlohmann::json ChartSession::Geometry(int w, int h)
     chart->AttachDarwWnd(nullptr);
     if (static_cast<long long>(w) * h > kKeepPixels) m_raster.reset();
     return j;
+}
+
+nlohmann::ordered_json ChartSession::SceneJson(int w, int h)
+{
+    std::lock_guard<std::mutex> lock(ChartMutex());
+    Scene s = m_scene;
+    if (w > 0 && h > 0) {
+        s.width = w;
+        s.height = h;
+    }
+    return SceneWriter::ToJson(s);
+}
+
+bool ChartSession::ReplaceScene(std::string_view text, std::vector<SceneError>& errors)
+{
+    Scene candidate;
+    if (!SceneReader::Parse(text, candidate, errors)) return false;
+    std::lock_guard<std::mutex> lock(ChartMutex());
+    return Adopt(std::move(candidate), errors);
+}
+
+bool ChartSession::AddPointAt(int x, int y, int w, int h, const std::string& name, std::string& error)
+{
+    std::lock_guard<std::mutex> lock(ChartMutex());
+    CKyStaPnt pnt;
+    if (!PixelState(x, y, w, h, pnt, error)) return false;
+    // The pixel's state is kept by its h and d, which the model takes back exactly.
+    ScenePoint point;
+    point.state.name = name.empty() ? FreePointName(m_scene) : name;
+    point.state.input.Set(StateInput::H, pnt.GetH());
+    point.state.input.Set(StateInput::D, pnt.GetD());
+    Scene candidate = m_scene;
+    candidate.points.push_back(std::move(point));
+    std::vector<SceneError> errors;
+    if (Adopt(std::move(candidate), errors)) return true;
+    error = errors.empty() ? "the point cannot be added" : errors.front().Format("scene");
+    return false;
+}
+
+bool ChartSession::Save(std::string& error)
+{
+    std::string text;
+    std::string path;
+    {
+        std::lock_guard<std::mutex> lock(ChartMutex());
+        if (m_path.empty()) {
+            error = "the viewer was started without a scene file; export the scene instead";
+            return false;
+        }
+        Scene s = m_scene;
+        if (m_lastW > 0 && m_lastH > 0) {
+            s.width = m_lastW;
+            s.height = m_lastH;
+        }
+        text = SceneWriter::Write(s);
+        path = m_path;
+    }
+    return AtomicFile::Write(path, text, error);
 }
 
 }  // namespace serve

@@ -1,32 +1,52 @@
-// ChartSession: everything the viewer asks of the chart library. The library is
-// single-threaded and its chart and settings are process-wide singletons, while the HTTP
-// server answers on a pool of threads: every call into the library goes through this class,
-// under one process-wide lock, and each one first puts the settings into the state a fresh
-// `kygraph render` of the same scene would have, so that what the browser shows, what the
-// mouse maps to and what is exported agree.
+// ChartSession: the viewer's scene and everything the viewer asks of the chart library.
+// The library is single-threaded and its chart and settings are process-wide singletons,
+// while the HTTP server answers on a pool of threads: every call into the library goes
+// through this class, under one process-wide lock, and each one first applies the scene
+// afresh, so the settings are exactly what a `kygraph render` of the same scene starts from
+// (the fit to a window changes the draw scale, so no earlier request may leak into the next).
+// What the browser shows, what the mouse maps to and what is exported therefore agree.
 #pragma once
+
+#include "Scene.h"
+#include "SceneApplier.h"
 
 #include <nlohmann/json.hpp>
 
 #include <memory>
 #include <mutex>
 #include <string>
+#include <string_view>
+#include <vector>
 
 class CImageWnd;
+class CKyStaPnt;
 
 namespace serve {
 
 enum class ImageKind { Png, Svg, Pdf };
 
+// Most state points, processes or ratio lines one scene of the viewer may hold; every
+// request re-applies the scene, so this bounds the work of each.
+inline constexpr std::size_t kMaxOverlays = 500;
+
 class ChartSession {
 public:
+    // The session takes the settings, pressure and formulation as they are now as the
+    // defaults of its scenes, and puts them back when it ends. Build it before the chart is
+    // first used: the chart fixes its enthalpy angle from the settings of that moment.
     ChartSession();
     ~ChartSession();
     ChartSession(const ChartSession&) = delete;
     ChartSession& operator=(const ChartSession&) = delete;
 
-    // The chart drawn at w x h pixels as PNG, SVG or PDF bytes; empty when the backend could
-    // not encode it.
+    // Makes scene the session's scene and path the file "save" writes (may be empty). false
+    // with the model's objections when the scene cannot be applied; nothing changes then.
+    bool Open(const Scene& scene, const std::string& path, std::vector<SceneError>& errors);
+    // The file "save" writes; empty when there is none.
+    std::string Path() const;
+
+    // The chart drawn at w x h pixels as PNG, SVG or PDF bytes; empty when it could not be
+    // drawn or encoded.
     std::string Render(int w, int h, ImageKind kind);
 
     // The state under pixel (x, y) of the chart drawn at w x h: {"inside": true, "tdb", "twb",
@@ -38,16 +58,45 @@ public:
     // states of the two design points of that drawing (null when one cannot be placed).
     nlohmann::json Geometry(int w, int h);
 
-private:
-    // Settings as the scene says, then the chart fitted into a w x h client area.
-    void Prepare(int w, int h);
-    // Prepare plus a full redraw into the raster window; false when it cannot be made.
-    bool RedrawRaster(int w, int h);
+    // The scene as scene-file JSON; with w and h > 0 its size is set to them, so that
+    // `kygraph render` draws exactly what the browser shows.
+    nlohmann::ordered_json SceneJson(int w = 0, int h = 0);
 
+    // Replaces the scene with the scene-file text. false with every problem (syntax, unknown
+    // keys, ranges, states the model refuses); the scene is then unchanged.
+    bool ReplaceScene(std::string_view text, std::vector<SceneError>& errors);
+
+    // Adds a state point named name ("P1", "P2", ... when empty) at pixel (x, y) of the chart
+    // drawn at w x h. false with a message (the chart's, for a pixel outside it).
+    bool AddPointAt(int x, int y, int w, int h, const std::string& name, std::string& error);
+
+    // Writes the scene to Path() atomically, sized as last drawn. false with a reason; the
+    // file is then as it was.
+    bool Save(std::string& error);
+
+private:
+    // Applies the session's scene; it was applied once when opened, so this cannot fail.
+    void ApplyScene();
+    // The state at pixel (x, y) of the chart fitted into w x h; false with the chart's
+    // message when the pixel is outside it.
+    bool PixelState(int x, int y, int w, int h, CKyStaPnt& pnt, std::string& message);
+    // The scene applied and drawn, chart and overlays, into the raster window of w x h.
+    bool RedrawRaster(int w, int h);
+    // Applies candidate; on success it becomes the scene, else nothing changes.
+    bool Adopt(Scene candidate, std::vector<SceneError>& errors);
+
+    SceneApplier m_applier;
+    Scene m_scene;
+    std::string m_path;
+    int m_lastW = 0;  // size of the last drawing, for "save"
+    int m_lastH = 0;
     std::unique_ptr<CImageWnd> m_raster;  // reused while the browser's size stays the same
 };
 
 // The lock around every call into the chart library, shared by all sessions of the process.
 std::mutex& ChartMutex();
+
+// {"error": first message, "errors": [{"pointer", "message"}, ...]} for a 400 answer.
+nlohmann::json ErrorsJson(const std::vector<SceneError>& errors);
 
 }  // namespace serve

@@ -1,22 +1,48 @@
 #include "ServeCommand.h"
 
 #include "ChartSession.h"
+#include "CommandLine.h"
 #include "ViewerServer.h"
-
-#include <CLI/CLI.hpp>
 
 #include <csignal>
 #include <cstdio>
-#include <memory>
+#include <filesystem>
 #include <pthread.h>
+#include <system_error>
 #include <thread>
 
-namespace serve {
-
-int RunServe(const ServeOptions& options)
+ServeCommand::ServeCommand(CLI::App& app)
 {
-    // SIGINT and SIGTERM are taken by sigwait below rather than by a handler, so stopping
-    // runs on an ordinary thread. They are blocked before any server thread starts, and the
+    m_cmd = app.add_subcommand("serve", "Serve the chart viewer to the browser on this machine");
+    m_cmd->add_option("scene", m_scene, "Scene file to open; \"save\" writes it back (created when new)");
+    m_cmd->add_option("--port", m_port, "Port to listen on; 0 picks a free one")
+        ->check(CLI::Range(0, 65535))
+        ->capture_default_str();
+    m_cmd->add_option("--host", m_host, "Address to listen on")->capture_default_str();
+    m_cmd->footer("Examples:\n"
+                  "  kygraph serve\n"
+                  "  kygraph serve examples/scenes/summer-ahu.json --port 8090");
+}
+
+int ServeCommand::Run()
+{
+    // A scene file that does not exist yet is a new scene, which "save" creates.
+    Scene scene;
+    std::error_code ec;
+    const bool existing = !m_scene.empty() && std::filesystem::exists(m_scene, ec);
+    if (existing && !CommandLine::LoadScene(m_scene, scene)) return CommandLine::kExitUsage;
+
+    // The session is built before the chart is first used: the chart takes its enthalpy
+    // angle from the settings of that moment, which the scene sets.
+    serve::ChartSession session;
+    std::vector<SceneError> errors;
+    if (!session.Open(scene, m_scene, errors)) {
+        CommandLine::ReportErrors(m_scene, errors);
+        return CommandLine::kExitUsage;
+    }
+
+    // SIGINT and SIGTERM are taken by sigwait below rather than by a handler, so stopping runs
+    // on an ordinary thread. They are blocked before any server thread starts, and the
     // threads inherit the mask.
     sigset_t stopSignals;
     sigemptyset(&stopSignals);
@@ -24,16 +50,14 @@ int RunServe(const ServeOptions& options)
     sigaddset(&stopSignals, SIGTERM);
     pthread_sigmask(SIG_BLOCK, &stopSignals, nullptr);
 
-    ChartSession session;
-    ViewerServer server(session);
+    serve::ViewerServer server(session);
     std::string error;
-    if (!server.Bind(options.host, options.port, error)) {
-        std::fprintf(stderr, "kygraph serve: %s\n", error.c_str());
-        return 1;
+    if (!server.Bind(m_host, m_port, error)) {
+        CommandLine::Error(error);
+        return CommandLine::kExitFailure;
     }
-    const bool v6 = options.host.find(':') != std::string::npos;
-    std::printf("KyGraph viewer: http://%s%s%s:%d/\n", v6 ? "[" : "", options.host.c_str(), v6 ? "]" : "",
-                server.Port());
+    const bool v6 = m_host.find(':') != std::string::npos;
+    std::printf("KyGraph viewer: http://%s%s%s:%d/\n", v6 ? "[" : "", m_host.c_str(), v6 ? "]" : "", server.Port());
     std::fflush(stdout);
 
     std::thread worker([&server] { server.Run(); });
@@ -41,19 +65,5 @@ int RunServe(const ServeOptions& options)
     sigwait(&stopSignals, &signal);
     server.Stop();
     worker.join();
-    return 0;
+    return CommandLine::kExitOk;
 }
-
-void AddServeCommand(CLI::App& app, int* exitCode)
-{
-    auto options = std::make_shared<ServeOptions>();
-    CLI::App* cmd = app.add_subcommand("serve", "Serve the chart viewer in the browser on this machine");
-    cmd->add_option("scene", options->scenePath, "Scene file to open; \"save\" writes it back");
-    cmd->add_option("--port", options->port, "Port to listen on (0 picks a free one)")
-        ->check(CLI::Range(0, 65535))
-        ->capture_default_str();
-    cmd->add_option("--host", options->host, "Address to listen on")->capture_default_str();
-    cmd->callback([options, exitCode] { *exitCode = RunServe(*options); });
-}
-
-}  // namespace serve

@@ -2,27 +2,24 @@
 // viewer: serves the page and its API until interrupted (SIGINT or SIGTERM).
 #pragma once
 
+#include <CLI/CLI.hpp>
+
 #include <string>
 
-namespace CLI {
-class App;
-}
+class ServeCommand {
+public:
+    // Adds the subcommand and its options to app.
+    explicit ServeCommand(CLI::App& app);
 
-namespace serve {
+    bool Selected() const { return m_cmd->parsed(); }
+    // Serves until SIGINT or SIGTERM. The exit status: 0 after a clean stop, 2 for a scene
+    // that cannot be read or applied, 1 when the address cannot be bound. Prints the address
+    // it serves as "KyGraph viewer: http://HOST:PORT/" on standard output.
+    int Run();
 
-struct ServeOptions {
-    std::string scenePath;          // scene opened at start and written back by "save"; may be empty
-    std::string host = "127.0.0.1";  // address to listen on
-    int port = 8080;                 // 0 picks a free port
+private:
+    CLI::App* m_cmd;
+    std::string m_scene;              // opened at start, written back by "save"; may be new
+    std::string m_host = "127.0.0.1";  // address to listen on
+    int m_port = 8080;                 // 0 picks a free port
 };
-
-// Runs the viewer until SIGINT or SIGTERM; the program's exit code (0 after a clean stop,
-// 1 when the scene cannot be read or the address cannot be bound). Prints the address it
-// serves as "KyGraph viewer: http://HOST:PORT/" on standard output.
-int RunServe(const ServeOptions& options);
-
-// Adds the `serve` subcommand to app. When the command line chooses it, parsing runs the
-// viewer and stores its exit code in *exitCode.
-void AddServeCommand(CLI::App& app, int* exitCode);
-
-}  // namespace serve

@@ -184,6 +184,68 @@ void ViewerServer::Route()
         if (j.is_null()) return SendError(res, 500, "the chart could not be drawn at this size");
         SendJson(res, 200, j);
     });
+
+    // The scene as a scene file; with w and h, sized as the browser shows it.
+    m_server.Get("/api/scene", [this](const httplib::Request& req, httplib::Response& res) {
+        QueryParams q(req.params, {"w", "h", "download"});
+        int w = 0, h = 0;
+        if (q.Has("w") || q.Has("h")) q.ImageSize(w, h);
+        const bool download = q.Flag("download");
+        if (!q.Ok()) return SendError(res, 400, q.Error());
+        const std::string text = m_session.SceneJson(w, h).dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+        res.set_header("Cache-Control", "no-store");
+        if (download) res.set_header("Content-Disposition", "attachment; filename=\"kygraph-scene.json\"");
+        res.set_content(text, "application/json; charset=utf-8");
+    });
+
+    // Replaces the whole scene; the page edits points, processes, ratio lines and settings
+    // this way. The scene-file reader checks it as it checks a file.
+    m_server.Put("/api/scene", [this](const httplib::Request& req, httplib::Response& res) {
+        if (!req.params.empty()) return SendError(res, 400, "unknown parameter '" + req.params.begin()->first + "'");
+        std::vector<SceneError> errors;
+        if (!m_session.ReplaceScene(req.body, errors)) return SendJson(res, 400, ErrorsJson(errors));
+        SendSceneJson(res);
+    });
+
+    // A state point at the clicked pixel: {x, y, w, h, name?}.
+    m_server.Post("/api/points", [this](const httplib::Request& req, httplib::Response& res) {
+        JsonBody b(req.body, {"x", "y", "w", "h", "name"});
+        const int w = b.Int("w", 1, kMaxImageSide);
+        const int h = b.Int("h", 1, kMaxImageSide);
+        const int x = b.Int("x", 0, w - 1);
+        const int y = b.Int("y", 0, h - 1);
+        const std::string name = b.String("name", kMaxNameBytes);
+        if (!b.Ok()) return SendError(res, 400, b.Error());
+        std::string error;
+        if (!m_session.AddPointAt(x, y, w, h, name, error)) return SendError(res, 400, error);
+        SendSceneJson(res);
+    });
+
+    // Writes the scene back to the file the viewer was started with.
+    m_server.Post("/api/save", [this](const httplib::Request& req, httplib::Response& res) {
+        JsonBody b(req.body, {});
+        if (!b.Ok()) return SendError(res, 400, b.Error());
+        std::string error;
+        const std::string path = m_session.Path();
+        if (path.empty()) return SendError(res, 409, "the viewer was started without a scene file; export the scene instead");
+        if (!m_session.Save(error)) return SendError(res, 500, "the scene was not saved: " + error);
+        SendJson(res, 200, Json{{"saved", path}});
+    });
+
+    m_server.Get("/api/info", [this](const httplib::Request& req, httplib::Response& res) {
+        QueryParams q(req.params, {});
+        if (!q.Ok()) return SendError(res, 400, q.Error());
+        const std::string path = m_session.Path();
+        SendJson(res, 200, Json{{"file", path.empty() ? Json(nullptr) : Json(path)}, {"maxSide", kMaxImageSide}});
+    });
+}
+
+void ViewerServer::SendSceneJson(httplib::Response& res)
+{
+    res.status = 200;
+    res.set_header("Cache-Control", "no-store");
+    res.set_content(m_session.SceneJson().dump(-1, ' ', false, Json::error_handler_t::replace),
+                    "application/json; charset=utf-8");
 }
 
 }  // namespace serve

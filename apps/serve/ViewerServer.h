@@ -33,6 +33,8 @@ private:
     // Refuses requests that a page of another site could have made through the browser:
     // a Host that is not this machine's (DNS rebinding) and bodies that are not JSON.
     bool Guard(const httplib::Request& req, httplib::Response& res) const;
+    // 200 with the session's scene as JSON.
+    void SendSceneJson(httplib::Response& res);
 
     httplib::Server m_server;
     ChartSession& m_session;
