@@ -5,6 +5,8 @@
 #include "SceneWriter.h"
 
 #include <kygraph/ImageWnd.h>
+#include <kygraph/KyChart.h>
+#include <kygraph/KyGChartSetting.h>
 #include <kygraph/KyGChart.h>
 #include <kygraph/KyStaPnt.h>
 
@@ -224,6 +226,31 @@ nlohmann::json ChartSession::Geometry(int w, int h)
     chart->AttachDarwWnd(nullptr);
     if (static_cast<long long>(w) * h > kKeepPixels) m_raster.reset();
     return j;
+}
+
+nlohmann::json ChartSession::EffectiveSettings()
+{
+    std::lock_guard<std::mutex> lock(ChartMutex());
+    ApplyScene();
+    const CKyGChartSetting& set = *CKyGChartSetting::GetKyGChartSetting();
+    const CKyGDrawHstSetting& hst = set.m_DrawHstSetting;
+    const CKyGRangeSetting& range = set.m_RangeSetting;
+    return nlohmann::json{
+        {"display",
+         {{"protractor", hst.m_bShowASChart != 0}, {"isotherms", hst.m_bShowSameT != 0},
+          {"d_lines", hst.m_bShowSameD != 0}, {"h_lines", hst.m_bShowSameH != 0},
+          {"rh_curves", hst.m_bShowSameRH != 0}, {"title", hst.m_bShowTitle != 0}}},
+        {"intervals", {{"d", hst.m_dDInterval}, {"h", hst.m_dHInterval}, {"t", hst.m_dTInterval}, {"rh", hst.m_dRHInterval}}},
+        {"range", {{"tmin", range.GetMinT()}, {"tmax", range.GetMaxT()}, {"dmin", range.GetMinD()}, {"dmax", range.GetMaxD()}}},
+        {"pressure", CKyChart::InstanceGloble()->GetGlobleB()},
+        {"winter", hst.m_bWinter != 0},
+        {"design",
+         {{"summer",
+           {{"outdoor", {{"tdb", hst.m_dSummerOutTdb}, {"twb", hst.m_dSummerOutTwb}}},
+            {"indoor", {{"tdb", hst.m_dSummerInTdb}, {"rh", hst.m_dSummerInRH}}}}},
+          {"winter",
+           {{"outdoor", {{"tdb", hst.m_dWinterOutTdb}, {"rh", hst.m_dWinterOutRH}}},
+            {"indoor", {{"tdb", hst.m_dWinterInTdb}, {"rh", hst.m_dWinterInRH}}}}}}}};
 }
 
 nlohmann::ordered_json ChartSession::SceneJson(int w, int h)

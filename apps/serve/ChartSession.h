@@ -58,6 +58,10 @@ public:
     // states of the two design points of that drawing (null when one cannot be placed).
     nlohmann::json Geometry(int w, int h);
 
+    // The settings the chart draws with under the scene, defaults included, in the scene
+    // file's shape: "display", "intervals", "range", "pressure", "winter", "design".
+    nlohmann::json EffectiveSettings();
+
     // The scene as scene-file JSON; with w and h > 0 its size is set to them, so that
     // `kygraph render` draws exactly what the browser shows.
     nlohmann::ordered_json SceneJson(int w = 0, int h = 0);

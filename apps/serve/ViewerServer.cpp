@@ -232,6 +232,12 @@ void ViewerServer::Route()
         SendJson(res, 200, Json{{"saved", path}});
     });
 
+    m_server.Get("/api/settings", [this](const httplib::Request& req, httplib::Response& res) {
+        QueryParams q(req.params, {});
+        if (!q.Ok()) return SendError(res, 400, q.Error());
+        SendJson(res, 200, m_session.EffectiveSettings());
+    });
+
     m_server.Get("/api/info", [this](const httplib::Request& req, httplib::Response& res) {
         QueryParams q(req.params, {});
         if (!q.Ok()) return SendError(res, 400, q.Error());

@@ -161,7 +161,7 @@ test("a click places a point that is listed and drawn where the click was", asyn
 
 test("switching the isotherms off and on changes the image and back", async () => {
   const page = await openViewer();
-  const box = page.locator('#settings input[name="show.isotherms"]');
+  const box = page.locator('#settings input[name="display.isotherms"]');
   assert.equal(await box.isChecked(), true);
   const before = await wholeImage(page);
   let count = await redrawCount(page);

@@ -178,4 +178,234 @@ document.getElementById("panel-toggle").addEventListener("click", () => {
   document.body.classList.toggle("panel-hidden");
 });
 
-redraw();
+// ---------- the scene: points, processes, ratio lines ----------
+
+const pointList = document.getElementById("point-list");
+const processList = document.getElementById("process-list");
+const ratioList = document.getElementById("ratio-list");
+const selected = new Set();  // names of the points ticked in the list
+
+function el(tag, props, ...children) {
+  const e = document.createElement(tag);
+  Object.assign(e, props || {});
+  for (const c of children) e.append(c);
+  return e;
+}
+
+function deleteButton(title, onClick) {
+  return el("button", { type: "button", className: "delete", title, textContent: "✕", onclick: onClick });
+}
+
+function describeState(s) {
+  const parts = [];
+  for (const [key, unit] of [["tdb", "°C"], ["rh", "%"], ["twb", "°C wb"], ["tdp", "°C dp"], ["d", "g/kg"],
+                             ["h", "kJ/kg"], ["pv", "Pa"]])
+    if (typeof s[key] === "number") parts.push(`${key} ${s[key].toFixed(key === "d" ? 2 : 1)} ${unit}`);
+  return parts.join(", ");
+}
+
+// Every reference to a state name in processes and ratio lines, renamed or (to === null) dropped.
+function renameReferences(next, from, to) {
+  const fix = (ref) => (ref === from ? to : ref);
+  for (const proc of next.processes || []) {
+    for (const step of proc.steps || []) {
+      for (const key of ["from", "to", "a", "b"]) if (key in step) step[key] = fix(step[key]);
+      if (step.points) step.points = step.points.map(fix).filter((r) => r !== null);
+    }
+    proc.steps = (proc.steps || []).filter((st) => !["from", "to", "a", "b"].some((k) => k in st && st[k] === null) &&
+                                                   (!st.points || st.points.length > 0));
+  }
+  next.processes = (next.processes || []).filter((p) => p.steps.length > 0);
+  next.ratio_lines = (next.ratio_lines || []).filter((r) => r.from !== from || to !== null)
+    .map((r) => ({ ...r, from: fix(r.from), ...(r.to !== undefined ? { to: fix(r.to) } : {}) }))
+    .filter((r) => r.to !== null);
+  for (const key of ["processes", "ratio_lines"]) if (next[key].length === 0) delete next[key];
+}
+
+function renderLists() {
+  const points = scene.points || [];
+  for (const name of [...selected]) if (!points.some((p) => p.name === name)) selected.delete(name);
+  pointList.replaceChildren(...points.map((p, i) => {
+    const tick = el("input", { type: "checkbox", checked: selected.has(p.name), title: "Select" });
+    tick.addEventListener("change", () => {
+      if (tick.checked) selected.add(p.name); else selected.delete(p.name);
+      updateButtons();
+    });
+    const name = el("input", { type: "text", value: p.name || "", title: "Name" });
+    name.addEventListener("change", () => {
+      const next = structuredClone(scene);
+      next.points[i].name = name.value;
+      if (p.name) renameReferences(next, p.name, name.value);
+      if (selected.delete(p.name)) selected.add(name.value);
+      putScene(next);
+    });
+    const del = deleteButton("Delete the point", () => {
+      const next = structuredClone(scene);
+      next.points.splice(i, 1);
+      if (next.points.length === 0) delete next.points;
+      if (p.name) renameReferences(next, p.name, null);
+      putScene(next);
+    });
+    return el("li", {}, tick, name, del, el("span", { className: "detail", textContent: describeState(p) }));
+  }));
+
+  const processes = scene.processes || [];
+  processList.replaceChildren(...processes.map((proc, i) => {
+    const text = (proc.steps || []).map((st) => `${st.name || st.type}: ${(st.points || []).join(" → ")}`).join("; ");
+    return el("li", {}, el("span", { textContent: "" }), el("span", { textContent: text }),
+      deleteButton("Delete the process", () => {
+        const next = structuredClone(scene);
+        next.processes.splice(i, 1);
+        if (next.processes.length === 0) delete next.processes;
+        putScene(next);
+      }));
+  }));
+
+  const ratios = scene.ratio_lines || [];
+  ratioList.replaceChildren(...ratios.map((r, i) => {
+    const from = typeof r.from === "string" ? r.from : "(state)";
+    const end = r.to !== undefined ? "to a state" : ["d", "h", "rh"].filter((k) => k in r).map((k) => `${k} ${r[k]}`).join("");
+    return el("li", {}, el("span", { textContent: "" }), el("span", { textContent: `ε ${r.ratio} from ${from}, ${end}` }),
+      deleteButton("Delete the ratio line", () => {
+        const next = structuredClone(scene);
+        next.ratio_lines.splice(i, 1);
+        if (next.ratio_lines.length === 0) delete next.ratio_lines;
+        putScene(next);
+      }));
+  }));
+  updateButtons();
+}
+
+function updateButtons() {
+  document.getElementById("join-process").disabled = selected.size < 2;
+  document.getElementById("add-ratio").disabled = selected.size !== 1;
+}
+
+document.getElementById("join-process").addEventListener("click", () => {
+  const names = (scene.points || []).map((p) => p.name).filter((n) => selected.has(n));
+  if (names.length < 2) return;
+  const next = structuredClone(scene);
+  next.processes = next.processes || [];
+  next.processes.push({ steps: [{ type: "path", name: `process ${next.processes.length + 1}`, points: names }] });
+  selected.clear();
+  putScene(next);
+});
+
+document.getElementById("add-ratio").addEventListener("click", () => {
+  const name = [...selected][0];
+  const epsText = document.getElementById("ratio-eps").value.trim();
+  const eps = epsText === "inf" || epsText === "-inf" ? epsText : Number(epsText);
+  const d = Number(document.getElementById("ratio-d").value);
+  if (eps !== epsText && !isFinite(eps)) { showMessage("ε must be a number, inf or -inf", true); return; }
+  const point = (scene.points || []).find((p) => p.name === name);
+  const line = { from: name, ratio: eps };
+  // Without an end d the line runs 3 g/kg towards drier air, as supply air usually lies.
+  if (document.getElementById("ratio-d").value !== "" && isFinite(d)) line.d = d;
+  else if (typeof eps === "string") line.h = (point && typeof point.h === "number" ? point.h : 50) + (eps === "inf" ? 10 : -10);
+  else line.d = Math.max(0, (point && typeof point.d === "number" ? point.d : 10) - 3);
+  const next = structuredClone(scene);
+  next.ratio_lines = next.ratio_lines || [];
+  next.ratio_lines.push(line);
+  putScene(next);
+});
+
+// Sends the whole edited scene; the server checks it as it checks a scene file.
+async function putScene(next) {
+  try {
+    scene = await api("PUT", "/api/scene", next);
+    showMessage("");
+  } catch (err) {
+    showMessage(err.message, true);
+  }
+  renderLists();
+  await fillSettings();
+  await redraw();
+}
+
+chartImg.addEventListener("click", async (ev) => {
+  const p = imagePixel(ev);
+  if (!p) return;
+  try {
+    scene = await api("POST", "/api/points", p);
+    showMessage("");
+    renderLists();
+    await redraw();
+  } catch (err) {
+    showMessage(err.message, true);
+  }
+});
+
+// ---------- settings ----------
+
+const settingsForm = document.getElementById("settings");
+
+function getPath(obj, path) {
+  return path.split(".").reduce((o, k) => (o && typeof o === "object" ? o[k] : undefined), obj);
+}
+
+function setPath(obj, path, value) {
+  const keys = path.split(".");
+  let o = obj;
+  for (const k of keys.slice(0, -1)) o = o[k] = o[k] && typeof o[k] === "object" ? o[k] : {};
+  o[keys[keys.length - 1]] = value;
+}
+
+// Shows what the chart draws with: the scene's values and the defaults it leaves alone.
+async function fillSettings() {
+  let eff;
+  try { eff = await api("GET", "/api/settings"); } catch (err) { return; }
+  for (const input of settingsForm.elements) {
+    if (!input.name) continue;
+    if (input.name === "season") input.checked = (input.value === "winter") === !!eff.winter;
+    else if (input.type === "checkbox") input.checked = !!getPath(eff, input.name);
+    else {
+      const v = getPath(eff, input.name);
+      input.value = typeof v === "number" ? String(v) : "";
+    }
+  }
+  for (const div of settingsForm.querySelectorAll(".season"))
+    div.hidden = (div.dataset.season === "winter") !== !!eff.winter;
+}
+
+settingsForm.addEventListener("change", (ev) => {
+  const input = ev.target;
+  if (!input.name) return;
+  const next = structuredClone(scene);
+  if (input.name === "season") next.winter = input.value === "winter";
+  else if (input.type === "checkbox") setPath(next, input.name, input.checked);
+  else if (input.value === "") {
+    showMessage(`${input.name}: a value is needed`, true);
+    return;
+  } else setPath(next, input.name, Number(input.value));
+  putScene(next);
+});
+settingsForm.addEventListener("submit", (ev) => ev.preventDefault());
+
+// ---------- save ----------
+
+const saveButton = document.getElementById("save");
+saveButton.addEventListener("click", async () => {
+  try {
+    const r = await api("POST", "/api/save", {});
+    showMessage(`Saved to ${r.saved}`);
+  } catch (err) {
+    showMessage(err.message, true);
+  }
+});
+
+async function start() {
+  try {
+    const info = await api("GET", "/api/info");
+    saveButton.disabled = !info.file;
+    document.getElementById("save-target").textContent = info.file ? info.file : "no scene file given";
+    scene = await api("GET", "/api/scene");
+  } catch (err) {
+    showMessage(err.message, true);
+    scene = {};
+  }
+  renderLists();
+  await fillSettings();
+  await redraw();
+}
+
+start();
