@@ -1,0 +1,378 @@
+// The viewer's API against a real server on a loopback port: bad input of every kind gets a
+// JSON 400 and never hurts the server, images come at the asked size, the mouse maps to the
+// states the chart draws, points and scenes change only when valid, and saving is atomic.
+#include "ApiParams.h"
+#include "ChartSession.h"
+#include "ViewerServer.h"
+
+#include <gtest/gtest.h>
+#include <httplib.h>
+#include <nlohmann/json.hpp>
+
+#include <cmath>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <thread>
+#include <unistd.h>
+
+namespace {
+
+using Json = nlohmann::json;
+
+class ViewerApi : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        std::vector<SceneError> errors;
+        ASSERT_TRUE(session.Open(Scene{}, ScenePath(), errors));
+        std::string error;
+        ASSERT_TRUE(server.Bind("127.0.0.1", 0, error)) << error;
+        worker = std::thread([this] { server.Run(); });
+        client = std::make_unique<httplib::Client>("127.0.0.1", server.Port());
+        client->set_read_timeout(60, 0);
+    }
+    void TearDown() override
+    {
+        server.Stop();
+        worker.join();
+    }
+    // The file "save" writes; none unless a test says so.
+    virtual std::string ScenePath() const { return ""; }
+
+    Json GetJson(const std::string& path, int expectStatus = 200)
+    {
+        auto res = client->Get(path.c_str());
+        EXPECT_TRUE(res);
+        if (!res) return Json();
+        EXPECT_EQ(res->status, expectStatus) << path << ": " << res->body;
+        return Json::parse(res->body, nullptr, false);
+    }
+    httplib::Result Send(const char* method, const std::string& path, const std::string& body)
+    {
+        const std::string type = "application/json";
+        return std::string(method) == "PUT" ? client->Put(path.c_str(), body, type.c_str())
+                                            : client->Post(path.c_str(), body, type.c_str());
+    }
+    Json Geometry() { return GetJson("/api/geometry?w=1000&h=800"); }
+
+    serve::ChartSession session;
+    serve::ViewerServer server{session};
+    std::thread worker;
+    std::unique_ptr<httplib::Client> client;
+};
+
+// Width and height from a PNG's header; (0, 0) when it is no PNG.
+std::pair<int, int> PngSize(const std::string& png)
+{
+    if (png.size() < 24 || png.compare(0, 8, "\x89PNG\r\n\x1a\n") != 0) return {0, 0};
+    auto be = [&](std::size_t at) {
+        int v = 0;
+        for (std::size_t i = 0; i < 4; ++i) v = (v << 8) | static_cast<unsigned char>(png[at + i]);
+        return v;
+    };
+    return {be(16), be(20)};
+}
+
+TEST_F(ViewerApi, BadQueriesAreRefusedWithAMessage)
+{
+    const char* bad[] = {
+        "/api/chart",                                  // no size
+        "/api/chart?w=1000",                           // no height
+        "/api/chart?w=0&h=800",                        // zero
+        "/api/chart?w=-5&h=800",                       // negative
+        "/api/chart?w=8193&h=800",                     // above 8192
+        "/api/chart?w=99999999999999999999&h=800",     // beyond any int
+        "/api/chart?w=nan&h=800",                      // NaN
+        "/api/chart?w=inf&h=800",                      // infinity
+        "/api/chart?w=1e3&h=800",                      // not an integer
+        "/api/chart?w=10.5&h=800",                     // not an integer
+        "/api/chart?w=&h=800",                         // empty
+        "/api/chart?w=100&w=200&h=800",                // given twice
+        "/api/chart?w=100&h=80&format=gif",            // unknown format
+        "/api/chart?w=100&h=80&download=yes",          // not a flag
+        "/api/chart?w=100&h=80&colour=red",            // unknown parameter
+        "/api/state?x=10&y=10&w=100",                  // no height
+        "/api/state?x=100&y=10&w=100&h=80",            // x outside the image
+        "/api/state?x=-1&y=10&w=100&h=80",             // negative pixel
+        "/api/state?x=1&y=nan&w=100&h=80",             // NaN pixel
+        "/api/geometry?w=100",                         // no height
+        "/api/scene?w=100",                            // half a size
+        "/api/info?x=1",                               // unknown parameter
+    };
+    for (const char* path : bad) {
+        auto res = client->Get(path);
+        ASSERT_TRUE(res) << path;
+        EXPECT_EQ(res->status, 400) << path;
+        const Json j = Json::parse(res->body, nullptr, false);
+        EXPECT_TRUE(j.is_object() && j.contains("error") && j["error"].is_string()) << path << ": " << res->body;
+    }
+    // None of it hurt the server.
+    EXPECT_EQ(GetJson("/api/state?x=300&y=300&w=1000&h=800")["inside"], true);
+}
+
+TEST_F(ViewerApi, BadBodiesAreRefusedWithAMessage)
+{
+    struct Case {
+        const char* method;
+        const char* path;
+        std::string body;
+        int status;
+    };
+    const Case cases[] = {
+        {"POST", "/api/points", "not json", 400},
+        {"POST", "/api/points", "[1, 2]", 400},
+        {"POST", "/api/points", R"({"x": 1, "y": 1, "w": 100})", 400},
+        {"POST", "/api/points", R"({"x": 1, "y": 1, "w": 100, "h": 80, "colour": 1})", 400},
+        {"POST", "/api/points", R"({"x": 1.5, "y": 1, "w": 100, "h": 80})", 400},
+        {"POST", "/api/points", R"({"x": "1", "y": 1, "w": 100, "h": 80})", 400},
+        {"POST", "/api/points", R"({"x": 1, "y": 1, "w": 18446744073709551615, "h": 80})", 400},
+        {"POST", "/api/points", R"({"x": 1, "y": 1, "w": -100, "h": 80})", 400},
+        {"POST", "/api/points", R"({"x": 1, "y": 1, "w": 100, "h": 80, "name": 7})", 400},
+        {"POST", "/api/points", R"({"x": 1, "y": 1, "w": 100, "h": 80, "name": ")" + std::string(300, 'n') + "\"}", 400},
+        {"POST", "/api/save", "{\"path\": \"/tmp/x\"}", 400},
+        {"PUT", "/api/scene", "{", 400},
+        {"PUT", "/api/scene", R"({"unknown": 1})", 400},
+        {"PUT", "/api/scene", R"({"size": {"width": 0}})", 400},
+        {"PUT", "/api/scene", R"({"range": {"tmin": 50, "tmax": 10}})", 400},
+        {"PUT", "/api/scene", R"({"points": [{"name": "A", "tdb": 25, "rh": 300}]})", 400},
+        {"PUT", "/api/scene", R"({"points": [{"name": "A", "tdb": 20, "rh": 50}, {"name": "A", "tdb": 25, "rh": 50}]})", 400},
+        {"PUT", "/api/scene", std::string(serve::kMaxBodyBytes + 10, ' '), 413},
+    };
+    for (const Case& c : cases) {
+        auto res = Send(c.method, c.path, c.body);
+        ASSERT_TRUE(res) << c.path << " " << c.body.substr(0, 80);
+        EXPECT_EQ(res->status, c.status) << c.path << " " << c.body.substr(0, 80) << ": " << res->body;
+        EXPECT_TRUE(Json::parse(res->body, nullptr, false).contains("error")) << res->body;
+    }
+    // A scene with a thousand points is more than the viewer holds.
+    Json many = {{"points", Json::array()}};
+    for (int i = 0; i < 501; ++i) many["points"].push_back({{"name", "p" + std::to_string(i)}, {"tdb", 20}, {"rh", 50}});
+    EXPECT_EQ(Send("PUT", "/api/scene", many.dump())->status, 400);
+    // Nothing of it changed the scene.
+    EXPECT_EQ(GetJson("/api/scene"), Json::object());
+}
+
+TEST_F(ViewerApi, RequestsFromOtherSitesAreRefused)
+{
+    // A page elsewhere can make the browser send a form post, or reach us by a name that
+    // resolves here (DNS rebinding); neither gets through.
+    auto form = client->Post("/api/points", "x=1", "application/x-www-form-urlencoded");
+    ASSERT_TRUE(form);
+    EXPECT_EQ(form->status, 415);
+    httplib::Headers foreign = {{"Host", "attacker.example:8080"}};
+    auto rebound = client->Get("/api/scene", foreign);
+    ASSERT_TRUE(rebound);
+    EXPECT_EQ(rebound->status, 403);
+    httplib::Headers local = {{"Host", "localhost:8080"}};
+    EXPECT_EQ(client->Get("/api/scene", local)->status, 200);
+    auto missing = client->Get("/api/nothing");
+    ASSERT_TRUE(missing);
+    EXPECT_EQ(missing->status, 404);
+    EXPECT_TRUE(Json::parse(missing->body, nullptr, false).contains("error"));
+}
+
+TEST_F(ViewerApi, ThePageAndImagesAreServed)
+{
+    auto page = client->Get("/");
+    ASSERT_TRUE(page);
+    EXPECT_EQ(page->status, 200);
+    EXPECT_NE(page->body.find("viewer.js"), std::string::npos);
+    for (const char* asset : {"/viewer.js", "/viewer.css"}) EXPECT_EQ(client->Get(asset)->status, 200) << asset;
+
+    for (auto [w, h] : {std::pair{1000, 800}, std::pair{1, 1}, std::pair{37, 2000}}) {
+        auto png = client->Get(("/api/chart?w=" + std::to_string(w) + "&h=" + std::to_string(h)).c_str());
+        ASSERT_TRUE(png);
+        EXPECT_EQ(png->status, 200);
+        EXPECT_EQ(png->get_header_value("Content-Type"), "image/png");
+        EXPECT_EQ(PngSize(png->body), std::make_pair(w, h));
+    }
+    auto svg = client->Get("/api/chart?w=300&h=200&format=svg&download=1");
+    ASSERT_TRUE(svg);
+    EXPECT_NE(svg->body.find("<svg"), std::string::npos);
+    EXPECT_NE(svg->get_header_value("Content-Disposition").find(".svg"), std::string::npos);
+    auto pdf = client->Get("/api/chart?w=300&h=200&format=pdf");
+    ASSERT_TRUE(pdf);
+    EXPECT_EQ(pdf->body.rfind("%PDF", 0), 0u);
+}
+
+TEST_F(ViewerApi, HoverReadsTheStateThatIsDrawnThere)
+{
+    const Json g = Geometry();
+    ASSERT_TRUE(g["indoor"].is_object());
+    const int x = g["indoor"]["pixel"]["x"], y = g["indoor"]["pixel"]["y"];
+    const Json s = GetJson("/api/state?x=" + std::to_string(x) + "&y=" + std::to_string(y) + "&w=1000&h=800");
+    ASSERT_EQ(s["inside"], true);
+    // One pixel is about 0.15 K and 0.06 g/kg at this size.
+    EXPECT_NEAR(s["tdb"].get<double>(), 25.0, 0.3);
+    EXPECT_NEAR(s["rh"].get<double>(), 0.60, 0.015);
+    for (const char* key : {"twb", "tdp", "d", "h", "pv", "rho"}) EXPECT_TRUE(s[key].is_number()) << key;
+
+    // The map follows the size asked for: the same pixel of a smaller chart is another state.
+    const Json small = GetJson("/api/state?x=" + std::to_string(x) + "&y=" + std::to_string(y) + "&w=700&h=560");
+    EXPECT_FALSE(small["inside"] == true && std::abs(small["tdb"].get<double>() - 25.0) < 0.3);
+
+    // Outside the chart: the chart's own message.
+    const Json out = GetJson("/api/state?x=2&y=2&w=1000&h=800");
+    EXPECT_EQ(out["inside"], false);
+    EXPECT_EQ(out["message"], "指定点不在焓湿图的有效范围之内。");
+}
+
+TEST_F(ViewerApi, PointsAreAddedWhereClickedAndOnlyWhenValid)
+{
+    const Json g = Geometry();
+    const int x = g["outdoor"]["pixel"]["x"].get<int>() - 60, y = g["outdoor"]["pixel"]["y"].get<int>() - 10;
+    const std::string at = "\"x\": " + std::to_string(x) + ", \"y\": " + std::to_string(y) + ", \"w\": 1000, \"h\": 800";
+    auto first = Send("POST", "/api/points", "{" + at + "}");
+    ASSERT_EQ(first->status, 200) << first->body;
+    auto second = Send("POST", "/api/points", "{" + at + ", \"name\": \"送风\"}");
+    ASSERT_EQ(second->status, 200) << second->body;
+    const Json scene = Json::parse(second->body);
+    ASSERT_EQ(scene["points"].size(), 2u);
+    EXPECT_EQ(scene["points"][0]["name"], "P1");
+    EXPECT_EQ(scene["points"][1]["name"], "送风");
+
+    // The point holds exactly the state under the pixel.
+    const Json s = GetJson("/api/state?x=" + std::to_string(x) + "&y=" + std::to_string(y) + "&w=1000&h=800");
+    EXPECT_DOUBLE_EQ(scene["points"][0]["h"].get<double>(), s["h"].get<double>());
+    EXPECT_DOUBLE_EQ(scene["points"][0]["d"].get<double>(), s["d"].get<double>());
+
+    // A name already taken, or a pixel off the chart, changes nothing.
+    EXPECT_EQ(Send("POST", "/api/points", "{" + at + ", \"name\": \"P1\"}")->status, 400);
+    auto off = Send("POST", "/api/points", R"({"x": 2, "y": 2, "w": 1000, "h": 800})");
+    EXPECT_EQ(off->status, 400);
+    EXPECT_EQ(Json::parse(off->body)["error"], "指定点不在焓湿图的有效范围之内。");
+    EXPECT_EQ(GetJson("/api/scene"), scene);
+
+    // The scene can join them into a process and draw a ratio line from one.
+    Json next = scene;
+    next["processes"] = {{{"steps", {{{"type", "path"}, {"points", {"P1", "送风"}}}}}}};
+    next["ratio_lines"] = {{{"from", "P1"}, {"ratio", 5000}, {"d", 8}}};
+    auto put = Send("PUT", "/api/scene", next.dump());
+    ASSERT_EQ(put->status, 200) << put->body;
+    EXPECT_EQ(Json::parse(put->body), next);
+}
+
+TEST_F(ViewerApi, SettingsChangeTheImageAndReadBack)
+{
+    const std::string before = client->Get("/api/chart?w=600&h=500")->body;
+    ASSERT_EQ(Send("PUT", "/api/scene", R"({"display": {"isotherms": false}, "winter": true, "pressure": 90000})")->status, 200);
+    const Json eff = GetJson("/api/settings");
+    EXPECT_EQ(eff["display"]["isotherms"], false);
+    EXPECT_EQ(eff["display"]["title"], true);
+    EXPECT_EQ(eff["winter"], true);
+    EXPECT_EQ(eff["pressure"], 90000.0);
+    EXPECT_NE(client->Get("/api/chart?w=600&h=500")->body, before);
+    // Back to the defaults, back to the same picture.
+    ASSERT_EQ(Send("PUT", "/api/scene", "{}")->status, 200);
+    EXPECT_EQ(client->Get("/api/chart?w=600&h=500")->body, before);
+}
+
+TEST_F(ViewerApi, ConcurrentRequestsAreServedOneChartCallAtATime)
+{
+    // The chart library is single-threaded; mixed requests from several clients must all
+    // succeed and agree with what one client alone gets.
+    const Json alone = GetJson("/api/state?x=300&y=400&w=1000&h=800");
+    std::atomic<int> failures{0};
+    std::vector<std::thread> clients;
+    for (int t = 0; t < 4; ++t) {
+        clients.emplace_back([&, t] {
+            httplib::Client c("127.0.0.1", server.Port());
+            for (int i = 0; i < 15; ++i) {
+                auto s = c.Get("/api/state?x=300&y=400&w=1000&h=800");
+                if (!s || s->status != 200 || Json::parse(s->body, nullptr, false) != alone) ++failures;
+                const std::string size = "w=" + std::to_string(200 + 50 * t) + "&h=" + std::to_string(150 + 40 * i);
+                auto png = c.Get(("/api/chart?" + size).c_str());
+                if (!png || png->status != 200 || PngSize(png->body).first != 200 + 50 * t) ++failures;
+            }
+        });
+    }
+    for (std::thread& t : clients) t.join();
+    EXPECT_EQ(failures, 0);
+}
+
+TEST_F(ViewerApi, SaveWithoutAFileIsRefused)
+{
+    auto res = Send("POST", "/api/save", "{}");
+    ASSERT_TRUE(res);
+    EXPECT_EQ(res->status, 409);
+    EXPECT_TRUE(GetJson("/api/info")["file"].is_null());
+}
+
+class ViewerSave : public ViewerApi {
+protected:
+    std::string ScenePath() const override { return path.string(); }
+    std::filesystem::path dir = std::filesystem::temp_directory_path() /
+                                ("kygraph-serve-" + std::to_string(::getpid()) + "-" +
+                                 ::testing::UnitTest::GetInstance()->current_test_info()->name());
+    std::filesystem::path path = dir / "scene.json";
+
+    void SetUp() override
+    {
+        std::filesystem::create_directories(dir);
+        ViewerApi::SetUp();
+    }
+    void TearDown() override
+    {
+        ViewerApi::TearDown();
+        std::filesystem::remove_all(dir);
+    }
+    static std::string Read(const std::filesystem::path& p)
+    {
+        std::ifstream in(p);
+        std::stringstream ss;
+        ss << in.rdbuf();
+        return ss.str();
+    }
+};
+
+TEST_F(ViewerSave, SaveWritesTheSceneAtTheDrawnSize)
+{
+    ASSERT_EQ(Send("PUT", "/api/scene", R"({"points": [{"name": "A", "tdb": 26, "rh": 55}]})")->status, 200);
+    ASSERT_EQ(client->Get("/api/chart?w=640&h=480")->status, 200);
+    auto res = Send("POST", "/api/save", "{}");
+    ASSERT_EQ(res->status, 200) << res->body;
+    const Json saved = Json::parse(Read(path));
+    EXPECT_EQ(saved["size"], (Json{{"width", 640}, {"height", 480}}));
+    EXPECT_EQ(saved["points"][0]["name"], "A");
+    EXPECT_EQ(GetJson("/api/scene?w=640&h=480"), saved);
+}
+
+TEST_F(ViewerSave, AFailedSaveLeavesWhatWasThere)
+{
+    // The scene's name now belongs to a folder: the final rename fails (even for root), and
+    // neither the folder nor a temporary file may be left changed behind.
+    std::filesystem::create_directory(path);
+    { std::ofstream(path / "keep") << "kept"; }
+    auto res = Send("POST", "/api/save", "{}");
+    ASSERT_TRUE(res);
+    EXPECT_EQ(res->status, 500);
+    EXPECT_NE(Json::parse(res->body)["error"].get<std::string>().find("not saved"), std::string::npos);
+    EXPECT_EQ(Read(path / "keep"), "kept");
+    std::size_t entries = 0;
+    for ([[maybe_unused]] const auto& e : std::filesystem::directory_iterator(dir)) ++entries;
+    EXPECT_EQ(entries, 1u);
+}
+
+TEST_F(ViewerApi, AnExportedSceneRendersToTheSameImage)
+{
+    const std::string program = std::string(KY_BINARY_DIR) + "/bin/kygraph";
+    if (!std::filesystem::exists(program)) GTEST_SKIP() << program << " is not built";
+    ASSERT_EQ(Send("PUT", "/api/scene", R"({"points": [{"name": "A", "tdb": 28, "rh": 50}], "display": {"h_lines": false}})")
+                  ->status,
+              200);
+    const std::string shown = client->Get("/api/chart?w=800&h=600")->body;
+    const auto dir = std::filesystem::temp_directory_path() / ("kygraph-export-" + std::to_string(::getpid()));
+    std::filesystem::create_directories(dir);
+    { std::ofstream(dir / "scene.json") << client->Get("/api/scene?w=800&h=600&download=1")->body; }
+    const std::string cmd = program + " render " + (dir / "scene.json").string() + " -o " + (dir / "out.png").string();
+    ASSERT_EQ(std::system(cmd.c_str()), 0) << cmd;
+    std::ifstream in(dir / "out.png", std::ios::binary);
+    const std::string rendered((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    std::filesystem::remove_all(dir);
+    EXPECT_EQ(PngSize(rendered), std::make_pair(800, 600));
+    EXPECT_TRUE(rendered == shown) << "kygraph render drew the exported scene differently";
+}
+
+}  // namespace
