@@ -45,6 +45,8 @@ constexpr ImageFormat kFormats[] = {
 ViewerServer::ViewerServer(ChartSession& session) : m_session(session)
 {
     m_server.set_payload_max_length(kMaxBodyBytes);
+    // Small JSON answers must not wait for a delayed acknowledgement (Nagle).
+    m_server.set_tcp_nodelay(true);
     // Slow or stalled clients cannot hold a worker for long.
     m_server.set_read_timeout(5, 0);
     m_server.set_write_timeout(30, 0);
