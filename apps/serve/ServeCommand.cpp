@@ -49,6 +49,8 @@ int ServeCommand::Run()
     sigaddset(&stopSignals, SIGINT);
     sigaddset(&stopSignals, SIGTERM);
     pthread_sigmask(SIG_BLOCK, &stopSignals, nullptr);
+    // A browser that closes a connection while an image is being sent must not end the server.
+    std::signal(SIGPIPE, SIG_IGN);
 
     serve::ViewerServer server(session);
     std::string error;

@@ -149,7 +149,7 @@ void ViewerServer::Route()
 
     // The chart as an image: w, h, format png (default), svg or pdf; download=1 names a file.
     m_server.Get("/api/chart", [this](const httplib::Request& req, httplib::Response& res) {
-        QueryParams q(req.params, {"w", "h", "format", "download", "v"});
+        QueryParams q(req.params, {"w", "h", "format", "download"});
         int w = 0, h = 0;
         q.ImageSize(w, h);
         const std::string format = q.Choice("format", {"png", "svg", "pdf"}, "png");

@@ -226,7 +226,9 @@ function renderLists() {
   const points = scene.points || [];
   for (const name of [...selected]) if (!points.some((p) => p.name === name)) selected.delete(name);
   pointList.replaceChildren(...points.map((p, i) => {
-    const tick = el("input", { type: "checkbox", checked: selected.has(p.name), title: "Select" });
+    // Processes and ratio lines refer to points by name, so an unnamed point cannot be chosen.
+    const tick = el("input", { type: "checkbox", checked: selected.has(p.name), disabled: !p.name,
+                               title: p.name ? "Select" : "Name the point to use it in a process" });
     tick.addEventListener("change", () => {
       if (tick.checked) selected.add(p.name); else selected.delete(p.name);
       updateButtons();
