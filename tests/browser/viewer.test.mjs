@@ -45,25 +45,16 @@ async function openViewer() {
   return page;
 }
 
-async function redrawCount(page) {
-  return page.evaluate(() => Number(document.body.dataset.redraws || 0));
+// Scene edits are counted by the page; this waits until the chart on screen shows the
+// scene as it was after the next edit.
+async function sceneSerial(page) {
+  return page.evaluate(() => Number(document.body.dataset.scene || 0));
 }
 
-async function waitForRedrawAfter(page, count) {
-  await page.waitForFunction((n) => Number(document.body.dataset.redraws || 0) > n, count, { timeout: WAIT_MS });
-}
-
-// The drawn image's pixels in a rectangle (image coordinates), as RGBA bytes.
-async function imagePixels(page, x, y, w, h) {
-  return page.evaluate(([x, y, w, h]) => {
-    const img = document.getElementById("chart");
-    const c = document.createElement("canvas");
-    c.width = img.naturalWidth;
-    c.height = img.naturalHeight;
-    const g = c.getContext("2d");
-    g.drawImage(img, 0, 0);
-    return Array.from(g.getImageData(x, y, w, h).data);
-  }, [x, y, w, h]);
+async function waitForEditDrawn(page, before) {
+  await page.waitForFunction((n) => Number(document.body.dataset.scene || 0) > n &&
+                                    document.body.dataset.drawnScene === document.body.dataset.scene,
+                             before, { timeout: WAIT_MS });
 }
 
 async function drawnSize(page) {
@@ -71,16 +62,41 @@ async function drawnSize(page) {
   return { w, h };
 }
 
-async function wholeImage(page) {
-  const { w, h } = await drawnSize(page);
-  return imagePixels(page, 0, 0, w, h);
+// Keeps the drawn image's pixels in a rectangle (the whole image by default) in the page
+// under key; the pixels stay in the page, only counts come back.
+async function snapshot(page, key, rect) {
+  await page.evaluate(([key, rect]) => {
+    const img = document.getElementById("chart");
+    const c = document.createElement("canvas");
+    c.width = img.naturalWidth;
+    c.height = img.naturalHeight;
+    const g = c.getContext("2d");
+    g.drawImage(img, 0, 0);
+    const r = rect || { x: 0, y: 0, w: c.width, h: c.height };
+    window.kySnapshots = window.kySnapshots || {};
+    window.kySnapshots[key] = g.getImageData(r.x, r.y, r.w, r.h).data;
+  }, [key, rect || null]);
 }
 
-function countDifferent(a, b) {
-  let n = 0;
-  for (let i = 0; i < Math.min(a.length, b.length); i += 4)
-    if (a[i] !== b[i] || a[i + 1] !== b[i + 1] || a[i + 2] !== b[i + 2]) n++;
-  return n + Math.abs(a.length - b.length) / 4;
+// Pixels whose colour differs between two snapshots (of the same rectangle).
+async function differing(page, a, b) {
+  return page.evaluate(([a, b]) => {
+    const p = window.kySnapshots[a], q = window.kySnapshots[b];
+    if (p.length !== q.length) return Math.max(p.length, q.length) / 4;
+    let n = 0;
+    for (let i = 0; i < p.length; i += 4) if (p[i] !== q[i] || p[i + 1] !== q[i + 1] || p[i + 2] !== q[i + 2]) n++;
+    return n;
+  }, [a, b]);
+}
+
+// Pixels of a snapshot darker than light grey in some channel.
+async function inked(page, key) {
+  return page.evaluate((key) => {
+    const p = window.kySnapshots[key];
+    let n = 0;
+    for (let i = 0; i < p.length; i += 4) if (p[i] < 200 || p[i + 1] < 200 || p[i + 2] < 200) n++;
+    return n;
+  }, key);
 }
 
 // Moves the mouse onto pixel (x, y) of the drawn image.
@@ -108,9 +124,8 @@ test("the page shows a chart drawn at the size of its pane", async () => {
   const pane = await page.locator("#chart-pane").boundingBox();
   assert.equal(w, Math.floor(pane.width));
   assert.equal(h, Math.floor(pane.height));
-  const px = await wholeImage(page);
-  let ink = 0;
-  for (let i = 0; i < px.length; i += 4) if (px[i] < 200 || px[i + 1] < 200 || px[i + 2] < 200) ink++;
+  await snapshot(page, "chart");
+  const ink = await inked(page, "chart");
   assert.ok(ink > (w * h) / 50, `only ${ink} dark pixels: the chart looks blank`);
   await page.close();
 });
@@ -139,23 +154,25 @@ test("a click places a point that is listed and drawn where the click was", asyn
   // Halfway between the design points: inside the chart, away from their markers.
   const x = Math.round((g.indoor.pixel.x + g.outdoor.pixel.x) / 2) + 40;
   const y = Math.round((g.indoor.pixel.y + g.outdoor.pixel.y) / 2) + 20;
-  const before = await imagePixels(page, x - 8, y - 8, 17, 17);
+  const around = { x: x - 8, y: y - 8, w: 17, h: 17 };
+  await snapshot(page, "before", around);
   const listed = await page.locator("#point-list li").count();
-  const count = await redrawCount(page);
+  let serial = await sceneSerial(page);
   await moveToPixel(page, x, y);
   await page.mouse.down();
   await page.mouse.up();
-  await waitForRedrawAfter(page, count);
+  await waitForEditDrawn(page, serial);
   assert.equal(await page.locator("#point-list li").count(), listed + 1);
-  const after = await imagePixels(page, x - 8, y - 8, 17, 17);
-  assert.ok(countDifferent(before, after) > 10, "the chart did not change at the click");
+  await snapshot(page, "after", around);
+  assert.ok(await differing(page, "before", "after") > 10, "the chart did not change at the click");
 
   // Deleting it puts the picture back.
-  const again = await redrawCount(page);
+  serial = await sceneSerial(page);
   await page.locator("#point-list li").last().locator("button.delete").click();
-  await waitForRedrawAfter(page, again);
+  await waitForEditDrawn(page, serial);
   assert.equal(await page.locator("#point-list li").count(), listed);
-  assert.equal(countDifferent(before, await imagePixels(page, x - 8, y - 8, 17, 17)), 0);
+  await snapshot(page, "deleted", around);
+  assert.equal(await differing(page, "before", "deleted"), 0);
   await page.close();
 });
 
@@ -163,16 +180,17 @@ test("switching the isotherms off and on changes the image and back", async () =
   const page = await openViewer();
   const box = page.locator('#settings input[name="display.isotherms"]');
   assert.equal(await box.isChecked(), true);
-  const before = await wholeImage(page);
-  let count = await redrawCount(page);
+  await snapshot(page, "with");
+  let serial = await sceneSerial(page);
   await box.uncheck();
-  await waitForRedrawAfter(page, count);
-  const without = await wholeImage(page);
-  assert.ok(countDifferent(before, without) > 500, "the isotherms did not disappear");
-  count = await redrawCount(page);
+  await waitForEditDrawn(page, serial);
+  await snapshot(page, "without");
+  assert.ok(await differing(page, "with", "without") > 500, "the isotherms did not disappear");
+  serial = await sceneSerial(page);
   await box.check();
-  await waitForRedrawAfter(page, count);
-  assert.equal(countDifferent(before, await wholeImage(page)), 0);
+  await waitForEditDrawn(page, serial);
+  await snapshot(page, "again");
+  assert.equal(await differing(page, "with", "again"), 0);
   await page.close();
 });
 

@@ -12,7 +12,8 @@ const readout = document.getElementById("readout");
 const messageBox = document.getElementById("message");
 
 // What the image on screen was drawn at; hover and clicks map pixels of this size.
-const view = { w: 0, h: 0, drawn: { w: 0, h: 0 }, redraws: 0 };
+// sceneSerial counts scene changes; each drawing records the one it shows.
+const view = { w: 0, h: 0, drawn: { w: 0, h: 0 }, redraws: 0, sceneSerial: 0 };
 let scene = null;
 
 // ---------- talking to the server ----------
@@ -50,6 +51,7 @@ function paneSize() {
 // Asks for the chart at the pane's size; a newer request cancels an older one in flight.
 async function redraw() {
   const { w, h } = paneSize();
+  const serial = view.sceneSerial;
   view.w = w;
   view.h = h;
   if (redrawController) redrawController.abort();
@@ -76,6 +78,7 @@ async function redraw() {
     view.redraws += 1;
     document.body.dataset.drawnSize = `${w}x${h}`;
     document.body.dataset.redraws = String(view.redraws);
+    document.body.dataset.drawnScene = String(serial);
     updateExportLinks();
   } catch (err) {
     if (err.name !== "AbortError") showMessage(`The chart could not be drawn: ${err.message}`, true);
@@ -86,6 +89,8 @@ async function redraw() {
 
 let resizeTimer = 0;
 new ResizeObserver(() => {
+  const { w, h } = paneSize();
+  if (w === view.w && h === view.h) return;  // the size already drawn or being drawn
   clearTimeout(resizeTimer);
   resizeTimer = setTimeout(redraw, RESIZE_DEBOUNCE_MS);
 }).observe(chartPane);
@@ -222,6 +227,13 @@ function renameReferences(next, from, to) {
   for (const key of ["processes", "ratio_lines"]) if (next[key].length === 0) delete next[key];
 }
 
+// The scene the server returned after an edit; the drawing that follows shows it.
+function sceneChanged(next) {
+  scene = next;
+  view.sceneSerial += 1;
+  document.body.dataset.scene = String(view.sceneSerial);
+}
+
 function renderLists() {
   const points = scene.points || [];
   for (const name of [...selected]) if (!points.some((p) => p.name === name)) selected.delete(name);
@@ -314,7 +326,7 @@ document.getElementById("add-ratio").addEventListener("click", () => {
 // Sends the whole edited scene; the server checks it as it checks a scene file.
 async function putScene(next) {
   try {
-    scene = await api("PUT", "/api/scene", next);
+    sceneChanged(await api("PUT", "/api/scene", next));
     showMessage("");
   } catch (err) {
     showMessage(err.message, true);
@@ -328,7 +340,7 @@ chartImg.addEventListener("click", async (ev) => {
   const p = imagePixel(ev);
   if (!p) return;
   try {
-    scene = await api("POST", "/api/points", p);
+    sceneChanged(await api("POST", "/api/points", p));
     showMessage("");
     renderLists();
     await redraw();
