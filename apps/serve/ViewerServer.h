@@ -1,6 +1,18 @@
 // ViewerServer: the viewer's HTTP side: the embedded page and the JSON API, on cpp-httplib.
 // Requests are validated here (400 with {"error": ...} for anything wrong) and handed to the
 // ChartSession, which alone touches the chart library.
+//
+// The API (sizes w, h are the browser's image in pixels, 1..8192; x, y a pixel of it):
+//   GET  /api/chart?w&h[&format=png|svg|pdf][&download=1]   the chart as an image
+//   GET  /api/state?x&y&w&h        the state under a pixel, or the chart's message
+//   GET  /api/geometry?w&h         plot corners and the design points' pixels
+//   GET  /api/scene[?w&h][&download=1]   the scene file (sized when w, h are given)
+//   PUT  /api/scene                replace the scene (checked as a scene file is)
+//   POST /api/points {x,y,w,h[,name]}    a state point at a pixel
+//   POST /api/save {}              write the scene back to its file, atomically
+//   GET  /api/settings             the settings in effect, defaults included
+//   GET  /api/info                 the scene file's path
+// Answers are JSON; every refusal is {"error": message} with a 4xx status.
 #pragma once
 
 #include <httplib.h>

@@ -278,7 +278,7 @@ function renderLists() {
   const ratios = scene.ratio_lines || [];
   ratioList.replaceChildren(...ratios.map((r, i) => {
     const from = typeof r.from === "string" ? r.from : "(state)";
-    const end = r.to !== undefined ? "to a state" : ["d", "h", "rh"].filter((k) => k in r).map((k) => `${k} ${r[k]}`).join("");
+    const end = r.to !== undefined ? "to a state" : ["d", "h", "rh"].filter((k) => k in r).map((k) => `${k} ${+Number(r[k]).toFixed(2)}`).join("");
     return el("li", {}, el("span", { textContent: "" }), el("span", { textContent: `ε ${r.ratio} from ${from}, ${end}` }),
       deleteButton("Delete the ratio line", () => {
         const next = structuredClone(scene);
@@ -316,7 +316,7 @@ document.getElementById("add-ratio").addEventListener("click", () => {
   // Without an end d the line runs 3 g/kg towards drier air, as supply air usually lies.
   if (document.getElementById("ratio-d").value !== "" && isFinite(d)) line.d = d;
   else if (typeof eps === "string") line.h = (point && typeof point.h === "number" ? point.h : 50) + (eps === "inf" ? 10 : -10);
-  else line.d = Math.max(0, (point && typeof point.d === "number" ? point.d : 10) - 3);
+  else line.d = Math.max(0, Math.round(((point && typeof point.d === "number" ? point.d : 10) - 3) * 100) / 100);
   const next = structuredClone(scene);
   next.ratio_lines = next.ratio_lines || [];
   next.ratio_lines.push(line);
