@@ -3,26 +3,25 @@
 #include <kygraph/KyGChart.h>
 #include <kygraph/KyGChartSetting.h>
 #include <kygraph/KyStaPnt.h>
+#include <kygraph/Saturate.h>
 #include <kygraph/StringUtils.h>
 #include <kygraph/VoArray.h>
 
 #include "internal/KyGStyledDraw.h"
 
-#include <algorithm>
 #include <cmath>
 
 namespace {
 
 constexpr double kSampleStep = 0.2;  // °C between samples of a curve
 
-// Samples one curve may take: its temperature range over the step, plus a margin for the
-// sample that leaves the chart and for rounding. A range that is not finite, or wider than
-// the temperatures the state model accepts, is bounded by the state model's own span.
-int MaxSamples(double tRange)
+// Samples a curve from t0 (°C) may take: up to the highest temperature the state model
+// accepts, plus the sample that leaves the chart and one for rounding. Not the chart's range:
+// a host that changes the lengths per unit after the chart was built can tilt the isotherms
+// so that a curve stays inside the plot area well past the maximum temperature.
+int MaxSamples(double t0)
 {
-    const double modelSpan = CKyStaPnt::kMaxTdb - CKyStaPnt::kMinTdb;
-    const double span = std::isfinite(tRange) ? std::min(tRange, modelSpan) : modelSpan;
-    return static_cast<int>(std::ceil(span / kSampleStep)) + 8;
+    return Ky::TruncToInt(std::ceil((CKyStaPnt::kMaxTdb - t0) / kSampleStep)) + 2;
 }
 
 }  // namespace
@@ -45,7 +44,7 @@ int CKyGSameRH::Draw(CDC* pDC)
 
     const CPoint o = chart->GetChartOrigin();
     const int rightX = chart->GetMaxTAndMaxDPnt().x;
-    const int maxSamples = MaxSamples(range.GetTRange());
+    const int maxSamples = MaxSamples(t);
     CVoArray<CPoint> points;
     points.Reserve(maxSamples);
     // Also read by the label: whatever the last mapping left here, even a failed one.

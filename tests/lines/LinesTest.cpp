@@ -146,6 +146,17 @@ TEST_F(Lines, RelativeHumidityCurveRisesToTheEdgeItLeavesThroughLabelledAtItsEnd
     }
 }
 
+TEST_F(Lines, CurveOfATiltedChartIsSampledPastTheMaximumTemperatureUntilItLeaves)
+{
+    // Shorter degrees after the enthalpy direction was fixed make isotherms fall to the
+    // right: saturation stays inside the plot area up to about 40 degC here.
+    set->m_RangeSetting.SetMaxT(0.0);
+    set->m_dTLength = 0.5;
+    ASSERT_EQ(DrawOnly(rh, 1.0), 1);
+    const CPoint end = Drawn().at(0).pts.back();
+    EXPECT_TRUE(end.y == chart->GetChartOrigin().y || end.x >= chart->GetMaxTAndMaxDPnt().x) << end.x << ", " << end.y;
+}
+
 TEST_F(Lines, RefusedOrPastTheChartFailsAndDrawsNothing)
 {
     const struct {
