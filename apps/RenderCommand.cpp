@@ -3,10 +3,9 @@
 #include "AtomicFile.h"
 #include "CommandLine.h"
 #include "SceneApplier.h"
+#include "SceneRenderer.h"
 
 #include <kygraph/ImageWnd.h>
-#include <kygraph/KyGChart.h>
-#include <kygraph/KyGraphModule.h>
 
 #include <algorithm>
 #include <cctype>
@@ -26,27 +25,6 @@ bool KindOf(const std::string& path, CImageWnd::SurfaceKind& kind)
     else if (ext == "pdf") kind = CImageWnd::Pdf;
     else return false;
     return true;
-}
-
-// Cairo writes text as glyph outlines; a <title> gives the document the chart's title as text
-// that viewers, search and screen readers can use.
-void AddSvgTitle(std::string& svg)
-{
-    CString title;
-    {
-        CResourceModule::Scope scope(KyGraphModule());
-        title.LoadString(IDS_CHART_TITLE);
-    }
-    const size_t open = svg.find("<svg");
-    const size_t end = open == std::string::npos ? open : svg.find('>', open);
-    if (end == std::string::npos || title.IsEmpty()) return;
-    std::string text;
-    for (char c : title.ToUtf8()) {
-        if (c == '&') text += "&amp;";
-        else if (c == '<') text += "&lt;";
-        else text += c;
-    }
-    svg.insert(end + 1, "\n<title>" + text + "</title>");
 }
 
 }  // namespace
@@ -86,30 +64,21 @@ int RenderCommand::Run()
         return CommandLine::kExitUsage;
     }
 
-    CKyGChart* chart = CKyGChart::GetKyGChart();
-    CImageWnd wnd(width, height, RGB(255, 255, 255), kind);
-    wnd.SetAntialias(antialias);
-    chart->AttachDarwWnd(&wnd);
-    const bool drawn = chart->UptateDrawWnd(1) != 0;
-    const bool overlaid = drawn && applier.DrawOverlays(*chart, errors);
-    const bool shown = overlaid && chart->UptateDrawWnd(0) != 0;
-    std::string bytes = shown ? wnd.Encode() : std::string();
-    if (kind == CImageWnd::Svg && !bytes.empty()) AddSvgTitle(bytes);
-    chart->AttachDarwWnd(nullptr);  // the window goes out of scope; the chart must not keep it
-
-    if (!drawn || (overlaid && !shown)) {
+    std::string bytes;
+    switch (SceneRenderer::Encode(applier, width, height, kind, antialias, bytes, errors)) {
+    case SceneRenderer::Done:
+        break;
+    case SceneRenderer::ChartFailed:
         CommandLine::Error("the chart could not be drawn at " + std::to_string(width) + "x" + std::to_string(height));
         return CommandLine::kExitFailure;
-    }
-    if (!overlaid) {
+    case SceneRenderer::OverlaysFailed:
         CommandLine::ReportErrors(m_scene, errors);
         return CommandLine::kExitFailure;
-    }
-    std::string error;
-    if (bytes.empty()) {
+    case SceneRenderer::EncodeFailed:
         CommandLine::Error("cannot encode " + m_output);
         return CommandLine::kExitFailure;
     }
+    std::string error;
     if (!AtomicFile::Write(m_output, bytes, error)) {
         CommandLine::Error(error);
         return CommandLine::kExitFailure;

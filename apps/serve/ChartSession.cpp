@@ -1,6 +1,7 @@
 #include "ChartSession.h"
 
 #include "AtomicFile.h"
+#include "SceneRenderer.h"
 #include "SceneReader.h"
 #include "SceneWriter.h"
 
@@ -154,12 +155,9 @@ bool ChartSession::RedrawRaster(int w, int h)
     if (!CWnd::IsWindowPtr(m_raster.get())) return false;
     ApplyScene();
     m_raster->SetAntialias(m_scene.antialias.value_or(true));
-    CKyGChart* chart = CKyGChart::GetKyGChart();
-    chart->AttachDarwWnd(m_raster.get());
-    chart->UptateDrawWnd(1);
+    // The scene was applied once when opened, so overlays the model refused never reach here.
     std::vector<SceneError> ignored;
-    m_applier.DrawOverlays(*chart, ignored);
-    chart->UptateDrawWnd(0);
+    SceneRenderer::Draw(m_applier, *m_raster, *m_raster, ignored);
     m_lastW = w;
     m_lastH = h;
     return true;
@@ -168,27 +166,17 @@ bool ChartSession::RedrawRaster(int w, int h)
 std::string ChartSession::Render(int w, int h, ImageKind kind)
 {
     std::lock_guard<std::mutex> lock(ChartMutex());
-    CKyGChart* chart = CKyGChart::GetKyGChart();
     std::string bytes;
     if (kind == ImageKind::Png) {
         if (RedrawRaster(w, h)) bytes = m_raster->Encode();
+        CKyGChart::GetKyGChart()->AttachDarwWnd(nullptr);
         if (static_cast<long long>(w) * h > kKeepPixels) m_raster.reset();
     } else {
-        // A vector window keeps every copy made into it, so the chart is drawn with its
-        // overlays in a first window and copied once into a second.
-        const CImageWnd::SurfaceKind vk = kind == ImageKind::Svg ? CImageWnd::Svg : CImageWnd::Pdf;
-        CImageWnd scratch(w, h, RGB(255, 255, 255), vk);
-        CImageWnd target(w, h, RGB(255, 255, 255), vk);
         ApplyScene();
-        chart->AttachDarwWnd(&scratch);
-        if (chart->UptateDrawWnd(1)) {
-            std::vector<SceneError> ignored;
-            m_applier.DrawOverlays(*chart, ignored);
-            chart->AttachDarwWnd(&target);
-            if (chart->UptateDrawWnd(0)) bytes = target.Encode();
-        }
+        std::vector<SceneError> ignored;
+        SceneRenderer::Encode(m_applier, w, h, kind == ImageKind::Svg ? CImageWnd::Svg : CImageWnd::Pdf,
+                              m_scene.antialias.value_or(true), bytes, ignored);
     }
-    chart->AttachDarwWnd(nullptr);
     return bytes;
 }
 
