@@ -1,8 +1,8 @@
 // What the tests of the kygraph program share: running the built binary, scratch files, and
-// comparing a rendered PNG with a reviewed one.
+// the image comparison of the golden tests.
 #pragma once
 
-#include <cairo.h>
+#include "support/ImageCompare.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -70,53 +70,6 @@ inline Run RunKygraph(const std::vector<std::string>& args, const std::filesyste
     std::filesystem::remove(dir / ".stdout");
     std::filesystem::remove(dir / ".stderr");
     return r;
-}
-
-// An opaque image as 0x00RRGGBB pixels (cairo's premultiplication is moot without alpha).
-struct Pixels {
-    int w = 0, h = 0;
-    std::vector<std::uint32_t> rgb;
-    std::uint32_t At(int x, int y) const { return rgb[static_cast<size_t>(y) * w + x]; }
-};
-
-inline Pixels LoadPng(const std::string& path)
-{
-    Pixels p;
-    cairo_surface_t* png = cairo_image_surface_create_from_png(path.c_str());
-    if (cairo_surface_status(png) == CAIRO_STATUS_SUCCESS) {
-        p.w = cairo_image_surface_get_width(png);
-        p.h = cairo_image_surface_get_height(png);
-        const unsigned char* data = cairo_image_surface_get_data(png);
-        for (int y = 0; y < p.h; ++y) {
-            const auto* row = reinterpret_cast<const std::uint32_t*>(data + y * cairo_image_surface_get_stride(png));
-            for (int x = 0; x < p.w; ++x) p.rgb.push_back(row[x] & 0xFFFFFFu);
-        }
-    }
-    cairo_surface_destroy(png);
-    return p;
-}
-
-// Pixels of a with no pixel of b within one pixel of them that is within channelTolerance
-// in every channel, counted both ways so that a line gone counts as much as a line come.
-// Text may move by a pixel between font versions; geometry may not change.
-inline int UnmatchedPixels(const Pixels& a, const Pixels& b, int channelTolerance)
-{
-    auto matched = [&](const Pixels& p, const Pixels& q, int x, int y) {
-        for (int dy = -1; dy <= 1; ++dy)
-            for (int dx = -1; dx <= 1; ++dx) {
-                const int qx = x + dx, qy = y + dy;
-                if (qx < 0 || qy < 0 || qx >= q.w || qy >= q.h) continue;
-                int d = 0;
-                for (int shift = 0; shift < 24; shift += 8)
-                    d = std::max(d, std::abs(int(p.At(x, y) >> shift & 0xFF) - int(q.At(qx, qy) >> shift & 0xFF)));
-                if (d <= channelTolerance) return true;
-            }
-        return false;
-    };
-    int n = 0;
-    for (int y = 0; y < a.h; ++y)
-        for (int x = 0; x < a.w; ++x) n += matched(a, b, x, y) && matched(b, a, x, y) ? 0 : 1;
-    return n;
 }
 
 }  // namespace clitest

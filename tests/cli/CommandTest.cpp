@@ -187,11 +187,11 @@ TEST(RenderCommand, ExampleScenesMatchTheirReviewedImages)
             std::filesystem::copy_file(png, goldens + name + ".png", std::filesystem::copy_options::overwrite_existing);
             continue;
         }
-        const clitest::Pixels actual = clitest::LoadPng(png), expected = clitest::LoadPng(goldens + name + ".png");
+        const imagetest::Pixels actual = imagetest::LoadPng(png), expected = imagetest::LoadPng(goldens + name + ".png");
         ASSERT_GT(expected.w, 0) << "no reviewed image for " << name;
         ASSERT_EQ(actual.w, expected.w) << name;
         ASSERT_EQ(actual.h, expected.h) << name;
-        EXPECT_LE(clitest::UnmatchedPixels(actual, expected, kChannelTolerance), kAllowedUnmatched)
+        EXPECT_LE(imagetest::Compare(actual, expected, kChannelTolerance).unmatched, kAllowedUnmatched)
             << name << " differs from its reviewed image; rendered: " << png;
     }
     EXPECT_EQ(scenes, 4);
@@ -202,17 +202,17 @@ TEST(RenderCommand, DefaultChartIsTheLibrarysOwnDrawing)
     // What a host draws with the default settings (the library's reviewed image), by the
     // program without a scene and with the default example scene.
     const std::filesystem::path dir = clitest::ScratchDir("default");
-    const clitest::Pixels library = clitest::LoadPng(std::string(KY_SOURCE_DIR) + "/tests/golden/default_1000x800.png");
+    const imagetest::Pixels library = imagetest::LoadPng(std::string(KY_SOURCE_DIR) + "/tests/golden/default_1000x800.png");
     ASSERT_EQ(library.w, 1000);
     for (const std::vector<std::string>& args :
          {std::vector<std::string>{"render"}, {"render", clitest::kExamples + "/default.json", "-o", "chart.png"}}) {
         std::filesystem::remove(dir / "chart.png");
         const clitest::Run r = RunKygraph(args, dir);
         ASSERT_EQ(r.status, 0) << r.err;
-        const clitest::Pixels drawn = clitest::LoadPng((dir / "chart.png").string());
+        const imagetest::Pixels drawn = imagetest::LoadPng((dir / "chart.png").string());
         ASSERT_EQ(drawn.w, library.w);
         ASSERT_EQ(drawn.h, library.h);
-        EXPECT_LE(clitest::UnmatchedPixels(drawn, library, kChannelTolerance), kAllowedUnmatched);
+        EXPECT_LE(imagetest::Compare(drawn, library, kChannelTolerance).unmatched, kAllowedUnmatched);
     }
 }
 
@@ -242,7 +242,7 @@ TEST(RenderCommand, FailedRunLeavesTheOldFileAsItWas)
     EXPECT_EQ(clitest::ReadText(dir / "chart.png"), "old");
     // A successful run replaces it whole, with the mode of a new file.
     EXPECT_EQ(RunKygraph({"render", "--size", "300x200", "--antialias", "off"}, dir).status, 0);
-    EXPECT_EQ(clitest::LoadPng((dir / "chart.png").string()).w, 300);
+    EXPECT_EQ(imagetest::LoadPng((dir / "chart.png").string()).w, 300);
     clitest::WriteText(dir / "new.txt", "");
     EXPECT_EQ(std::filesystem::status(dir / "chart.png").permissions(),
               std::filesystem::status(dir / "new.txt").permissions());
