@@ -19,5 +19,8 @@ write_basic_package_version_file(${CMAKE_BINARY_DIR}/KyGraphConfigVersion.cmake 
 install(FILES ${CMAKE_BINARY_DIR}/KyGraphConfig.cmake ${CMAKE_BINARY_DIR}/KyGraphConfigVersion.cmake
   DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/KyGraph)
 
+# The prefix is found from the .pc file's own place, so an install tree that is moved (or
+# installed with --prefix elsewhere than configured) still resolves.
+file(RELATIVE_PATH KY_PC_TO_PREFIX /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
 configure_file(${CMAKE_SOURCE_DIR}/cmake/kygraph.pc.in ${CMAKE_BINARY_DIR}/kygraph.pc @ONLY)
 install(FILES ${CMAKE_BINARY_DIR}/kygraph.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

@@ -6,6 +6,7 @@
 #include <kygraph/Object.h>
 #include <kygraph/WinTypes.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <utility>

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Checks the installed package the way a host uses it: installs a configured, non-sanitizer
 # build into a scratch prefix, configures and builds tests/consumer and examples/ against it
-# with find_package(KyGraph CONFIG), runs the consumer check and the minimal host (which
+# with find_package(KyGraph CONFIG) and the consumer once more with pkg-config, runs the consumer check and the minimal host (which
 # writes a PNG). Exits non-zero on any failure.
 #
 #     scripts/check-install.sh [build-dir]      (default: build)
@@ -37,6 +37,15 @@ if [ "$(head -c 8 "$work/minimal_host.png" | od -An -tx1 | tr -d ' \n')" != "895
   echo "check-install: minimal_host.png is not a PNG" >&2
   exit 1
 fi
+
+# The same check built the pkg-config way, from the installed kygraph.pc alone.
+pc=$(find "$prefix" -name kygraph.pc -print -quit)
+libdir=$(PKG_CONFIG_PATH=$(dirname "$pc") pkg-config --variable=libdir kygraph)
+c++ -std=c++20 "$OLDPWD/tests/consumer/consumer_check.cpp" -o "$work/pc_check" \
+  -DKYGRAPH_EXPECTED_VERSION="\"$(PKG_CONFIG_PATH=$(dirname "$pc") pkg-config --modversion kygraph)\"" \
+  $(PKG_CONFIG_PATH=$(dirname "$pc") pkg-config --cflags --libs kygraph) -Wl,-rpath,"$libdir"
+"$work/pc_check"
+
 if [ -n "${KYGRAPH_CHECK_PNG:-}" ]; then
   cp "$work/minimal_host.png" "$KYGRAPH_CHECK_PNG"
 fi
