@@ -9,10 +9,8 @@ pkgs=(
   googletest libgtest-dev libgmock-dev libbenchmark-dev
   nlohmann-json3-dev libcli11-dev libcpp-httplib-dev
   poppler-utils libxml2-utils ccache
+  chromium
 )
-if [ "${KYGRAPH_BROWSER_TESTS:-0}" = 1 ]; then
-  pkgs+=(chromium)
-fi
 
 missing=()
 for p in "${pkgs[@]}"; do

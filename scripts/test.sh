@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Installs what is needed, builds, and runs every test: once normally, once under
-# AddressSanitizer + UndefinedBehaviorSanitizer.
+# Installs what is needed, builds, and runs every test: the suites once normally and once
+# under AddressSanitizer + UndefinedBehaviorSanitizer, the installed package as a host uses
+# it, the viewer in a browser, and each fuzz target for a bounded time.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 bash scripts/install-deps.sh
@@ -8,7 +9,13 @@ bash scripts/install-deps.sh
 cmake --preset default >/dev/null
 cmake --build --preset default
 ctest --preset default -j2
+bash scripts/check-install.sh build
+bash scripts/browser-test.sh
 
 cmake --preset asan >/dev/null
 cmake --build --preset asan
 ctest --preset asan -j2
+
+if [ -f scripts/fuzz.sh ]; then
+  bash scripts/fuzz.sh
+fi
