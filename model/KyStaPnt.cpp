@@ -154,6 +154,19 @@ inline Globals ReadGlobals()
 }
 }  // namespace
 
+CKyStaPnt::State CKyStaPnt::State::AtTdbW(double tdb, double w, double b, Ky::_Formulation form)
+{
+    const Psy::Coef& c = Psy::CoefOf(form);
+    return State{tdb, 1000.0 * w, Psy::Enthalpy(c, tdb, w), Psy::PvFromW(c, w, b), Psy::Pws(tdb), kNaN, b, form};
+}
+
+CKyStaPnt::State CKyStaPnt::State::AtTdbPv(double tdb, double pv, double ps, double b, Ky::_Formulation form)
+{
+    const Psy::Coef& c = Psy::CoefOf(form);
+    const double w = Psy::WFromPv(c, pv, b);
+    return State{tdb, 1000.0 * w, Psy::Enthalpy(c, tdb, w), pv, ps, kNaN, b, form};
+}
+
 bool CKyStaPnt::SetBy_TdbandRH(double tdb, double rh)
 {
     const Inputs in{kTdb, tdb, kRH, rh};
@@ -161,19 +174,10 @@ bool CKyStaPnt::SetBy_TdbandRH(double tdb, double rh)
     KY_CHECK_TDB(tdb);
     KY_CHECK_RH(rh);
     const Globals g = ReadGlobals();
-    State s;
-    s.tdb = tdb;
-    s.ps = Psy::Pws(tdb);
-    s.pv = rh * s.ps;
-    s.b = g.b;
-    s.form = g.form;
-    s.twb = kNaN;
-    if (!(s.pv < g.b))
-        KY_REFUSE(Ky::ERR_OUT_OF_DOMAIN, L"水蒸气分压力 %g Pa 不小于大气压力 %g Pa。", s.pv, g.b);
-    const double w = Psy::WFromPv(*g.c, s.pv, g.b);
-    s.d = 1000.0 * w;
-    s.h = Psy::Enthalpy(*g.c, tdb, w);
-    return Commit(s);
+    const double ps = Psy::Pws(tdb);
+    const double pv = rh * ps;
+    if (!(pv < g.b)) KY_REFUSE(Ky::ERR_OUT_OF_DOMAIN, L"水蒸气分压力 %g Pa 不小于大气压力 %g Pa。", pv, g.b);
+    return Commit(State::AtTdbPv(tdb, pv, ps, g.b, g.form));
 }
 
 bool CKyStaPnt::SetBy_TdbandTwb(double tdb, double twb)
@@ -188,15 +192,8 @@ bool CKyStaPnt::SetBy_TdbandTwb(double tdb, double twb)
     if (w < 0.0 && w >= -kDTolerance / 1000.0) w = 0.0;
     if (!(w >= 0.0))
         KY_REFUSE(Ky::ERR_INCONSISTENT, L"湿球温度过低，由此得出的含湿量 %g g/kg 为负或无解。", 1000.0 * w);
-    State s;
-    s.tdb = tdb;
-    s.d = 1000.0 * w;
-    s.h = Psy::Enthalpy(*g.c, tdb, w);
-    s.pv = Psy::PvFromW(*g.c, w, g.b);
-    s.ps = Psy::Pws(tdb);
+    State s = State::AtTdbW(tdb, w, g.b, g.form);
     s.twb = twb;
-    s.b = g.b;
-    s.form = g.form;
     KY_CHECK_STATE(s);
     return Commit(s);
 }
@@ -240,15 +237,8 @@ bool CKyStaPnt::SetBy_HandTdb(double h, double tdb)
     if (!(w >= 0.0))
         KY_REFUSE(Ky::ERR_OUT_OF_DOMAIN, L"焓低于同温度干空气的焓 %g kJ/kg，含湿量将为负。",
                   Psy::Enthalpy(*g.c, tdb, 0.0));
-    State s;
-    s.h = h;
-    s.tdb = tdb;
-    s.d = 1000.0 * w;
-    s.pv = Psy::PvFromW(*g.c, w, g.b);
-    s.ps = Psy::Pws(tdb);
-    s.twb = kNaN;
-    s.b = g.b;
-    s.form = g.form;
+    State s = State::AtTdbW(tdb, w, g.b, g.form);
+    s.h = h;  // kept exactly as given
     if (s.pv < s.b && !(s.pv <= s.ps * (1.0 + kRHTolerance)))
         KY_REFUSE(Ky::ERR_SUPERSATURATED, L"由此得出的含湿量 %g g/kg 超过该温度下的饱和含湿量 %g g/kg（过饱和）。",
                   s.d, s.ps < s.b ? 1000.0 * Psy::WFromPv(*g.c, s.ps, g.b) : HUGE_VAL);
@@ -270,15 +260,8 @@ bool CKyStaPnt::SetDT(double d, double tdb, double b, Ky::_Formulation form)
     KY_CHECK_TDB(tdb);
     const Globals g{b, form, &Psy::CoefOf(form)};
     const double w = d / 1000.0;
-    State s;
-    s.d = d;
-    s.tdb = tdb;
-    s.h = Psy::Enthalpy(*g.c, tdb, w);
-    s.pv = Psy::PvFromW(*g.c, w, g.b);
-    s.ps = Psy::Pws(tdb);
-    s.twb = kNaN;
-    s.b = g.b;
-    s.form = g.form;
+    State s = State::AtTdbW(tdb, w, g.b, g.form);
+    s.d = d;  // kept exactly as given
     if (s.pv < s.b && !(s.pv <= s.ps * (1.0 + kRHTolerance)))
         KY_REFUSE(Ky::ERR_SUPERSATURATED, L"含湿量超过该温度下的饱和含湿量 %g g/kg（过饱和）。",
                   s.ps < s.b ? 1000.0 * Psy::WFromPv(*g.c, s.ps, g.b) : HUGE_VAL);
@@ -354,18 +337,9 @@ bool CKyStaPnt::SetBy_TdbandTdp(double tdb, double tdp)
     if (tdp > tdb) KY_REFUSE(Ky::ERR_SUPERSATURATED, L"露点温度高于干球温度（过饱和）。");
     if (!(tdp >= kMinTdb)) KY_REFUSE(Ky::ERR_OUT_OF_DOMAIN, L"露点温度低于 -100 °C 的计算范围。");
     const Globals g = ReadGlobals();
-    State s;
-    s.tdb = tdb;
-    s.pv = Psy::Pws(tdp);
-    s.ps = tdp == tdb ? s.pv : Psy::Pws(tdb);
-    s.b = g.b;
-    s.form = g.form;
-    s.twb = kNaN;
-    if (!(s.pv < g.b))
-        KY_REFUSE(Ky::ERR_OUT_OF_DOMAIN, L"水蒸气分压力 %g Pa 不小于大气压力 %g Pa。", s.pv, g.b);
-    const double w = Psy::WFromPv(*g.c, s.pv, g.b);
-    s.d = 1000.0 * w;
-    s.h = Psy::Enthalpy(*g.c, tdb, w);
+    const double pv = Psy::Pws(tdp);
+    if (!(pv < g.b)) KY_REFUSE(Ky::ERR_OUT_OF_DOMAIN, L"水蒸气分压力 %g Pa 不小于大气压力 %g Pa。", pv, g.b);
+    const State s = State::AtTdbPv(tdb, pv, tdp == tdb ? pv : Psy::Pws(tdb), g.b, g.form);
     KY_CHECK_STATE(s);
     return Commit(s);
 }
@@ -377,17 +351,8 @@ bool CKyStaPnt::SetBy_TdbandPv(double tdb, double pv)
     KY_CHECK_TDB(tdb);
     if (pv < 0.0) KY_REFUSE(Ky::ERR_OUT_OF_DOMAIN, L"水蒸气分压力为负。");
     const Globals g = ReadGlobals();
-    State s;
-    s.tdb = tdb;
-    s.pv = pv;
-    s.ps = Psy::Pws(tdb);
-    s.b = g.b;
-    s.form = g.form;
-    s.twb = kNaN;
     if (!(pv < g.b)) KY_REFUSE(Ky::ERR_OUT_OF_DOMAIN, L"水蒸气分压力不小于大气压力 %g Pa。", g.b);
-    const double w = Psy::WFromPv(*g.c, pv, g.b);
-    s.d = 1000.0 * w;
-    s.h = Psy::Enthalpy(*g.c, tdb, w);
+    const State s = State::AtTdbPv(tdb, pv, Psy::Pws(tdb), g.b, g.form);
     KY_CHECK_STATE(s);
     return Commit(s);
 }

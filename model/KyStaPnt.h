@@ -76,6 +76,12 @@ private:
         double twb;  // °C when known from the setter (SetBy_TdbandTwb), else NaN
         double b;    // Pa
         Ky::_Formulation form;
+
+        // The state of dry bulb tdb and moisture content w (kg/kg): the rest follows.
+        static State AtTdbW(double tdb, double w, double b, Ky::_Formulation form);
+        // The state of dry bulb tdb and vapour pressure pv (below b), with ps the saturation
+        // pressure at tdb; pv is kept exactly as given, so RH = pv / ps is too.
+        static State AtTdbPv(double tdb, double pv, double ps, double b, Ky::_Formulation form);
     };
     bool Commit(const State& s);
     // The setters a process builds its states with, at the pressure and formulation of the
