@@ -77,7 +77,8 @@ int CKyGSameRH::Draw(CDC* pDC)
     }
     DrawPolyLine(pDC, points, style.nPenStyle, style.nWidth, style.crColor);
 
-    if (m_bDimEnable) {
+    // A curve that never entered the chart has no end to label.
+    if (m_bDimEnable && !points.IsEmpty()) {
         // No extent taken: the label starts just right of and below the curve's end.
         const CString text = StringUtils::DblToStr(phi * 100.0, 0) + L"%";
         pen.Text(cur + CSize(1, 1), 0.0, text);

@@ -146,6 +146,17 @@ TEST_F(Lines, RelativeHumidityCurveRisesToTheEdgeItLeavesThroughLabelledAtItsEnd
     }
 }
 
+TEST_F(Lines, CurveThatNeverEntersTheChartLeavesNoLabelAtTheCorner)
+{
+    // Above 5 g/kg no curve is inside the chart at its minimum temperature.
+    set->m_RangeSetting.SetMinD(5.0);
+    ASSERT_EQ(chart->UptateDrawWnd(1), 1);
+    for (double phi : {0.05, 0.6, 1.0}) {
+        DrawOnly(rh, phi);
+        for (const CDrawRecord& r : Drawn()) EXPECT_NE(r.kind, CDrawRecord::Text) << phi;
+    }
+}
+
 TEST_F(Lines, CurveOfATiltedChartIsSampledPastTheMaximumTemperatureUntilItLeaves)
 {
     // Shorter degrees after the enthalpy direction was fixed make isotherms fall to the
