@@ -1,4 +1,5 @@
-// Chart core: both directions of the pixel/state mapping and a full redraw at 1000 x 800.
+// Chart core: both directions of the pixel/state mapping, and a full redraw at the default
+// 1000 x 800 and at a 4K screen's 3840 x 2160.
 #include <kygraph/ImageWnd.h>
 #include <kygraph/KyGChart.h>
 #include <kygraph/KyGChartSetting.h>
@@ -45,14 +46,20 @@ void BM_ConvertStateToPixel(benchmark::State& state)
 }
 BENCHMARK(BM_ConvertStateToPixel);
 
-void BM_FullRedraw(benchmark::State& state)
+void BM_FullRedraw(benchmark::State& state, int w, int h)
 {
-    CImageWnd wnd(1000, 800);
+    CImageWnd wnd(w, h);
     AttachDefault(wnd);
     CKyGChart* chart = CKyGChart::GetKyGChart();
-    for (auto _ : state) benchmark::DoNotOptimize(chart->UptateDrawWnd(1));
+    for (auto _ : state) {
+        if (!chart->UptateDrawWnd(1)) {
+            state.SkipWithError("the chart could not be drawn");
+            break;
+        }
+    }
     chart->AttachDarwWnd(nullptr);
 }
-BENCHMARK(BM_FullRedraw)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_FullRedraw, 1000x800, 1000, 800)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_FullRedraw, 3840x2160, 3840, 2160)->Unit(benchmark::kMillisecond);
 
 }  // namespace
