@@ -109,7 +109,8 @@ void CKyGChart::Init()
     const double dh = range.GetMinDMaxTH() - range.GetMinDMinTH();
     double length = std::fabs(Diff(GetMinTAndMinDPnt().y, GetChartOrigin().y));
     length *= std::cos(m_dHAngle);
-    m_dPerHLength = std::fabs(length / dh);
+    // A degenerate temperature range has no enthalpy span to divide by: the scale stays 0.
+    m_dPerHLength = (std::isfinite(dh) && dh != 0.0) ? std::fabs(length / dh) : 0.0;
 }
 
 CPoint CKyGChart::GetOrigin() const { return m_ptOrigin; }
@@ -282,9 +283,11 @@ int CKyGChart::UptateDrawWnd(int bRedraw)
         const COLORREF background = pWndDC->GetBkColor();
         m_pDrawWnd->ReleaseDC(pWndDC);
         if (!created) {
-            // No surface (empty window, or no memory for it): nothing to draw on or copy.
+            // No surface (empty window, or no memory for it): nothing to draw on or copy. The
+            // pass still runs, drawing nothing, so that the reference points follow the settings.
             m_dcChart.DeleteDC();
             m_bmpChart.DeleteObject();
+            DrawAllChart();
             return 0;
         }
         m_dcChart.SelectObject(&m_bmpChart);
@@ -307,7 +310,9 @@ int CKyGChart::Draw(CKyGDrawBase* pElem)
 {
     if (pElem == nullptr) return 0;
     pElem->SetChart(this);
-    if (!HasWindow()) return 0;
+    // Without a surface (before the first redraw, or after one of an empty window) there is
+    // nothing to draw on: an element run anyway would report a drawing that never happened.
+    if (!HasWindow() || m_sizeSurface.cx <= 0 || m_sizeSurface.cy <= 0) return 0;
     try {
         return pElem->Draw(GetChartDC());
     } catch (...) {

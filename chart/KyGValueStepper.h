@@ -26,7 +26,7 @@ public:
     };
 
     // More lines than any screen can show: a family ends here whatever its settings.
-    static constexpr int kMaxValues = 2048;
+    static constexpr int kMaxValues = 4096;
 
     static std::vector<Step> Stepped(double first, double max, double step);
     // Relative humidities as fractions for an interval in percent.

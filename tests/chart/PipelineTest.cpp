@@ -103,6 +103,20 @@ TEST_F(Pipeline, WithoutAWindowOrSurfaceNothingIsDrawn)
     EXPECT_EQ(own.DrawAllChart(), 1);
 }
 
+TEST_F(Pipeline, RedrawOfAnEmptyWindowStillFollowsTheDesignConditions)
+{
+    CImageWnd empty(0, 0);
+    ASSERT_EQ(chart->AttachDarwWnd(&empty), 1);
+    set->m_DrawHstSetting.m_bWinter = 1;
+    EXPECT_EQ(chart->UptateDrawWnd(1), 0);
+    EXPECT_EQ(chart->GetStaPntW().GetName(), L"室外点");
+    EXPECT_NEAR(chart->GetStaPntW().GetRH(), 0.37, 1e-9);
+    set->m_DrawHstSetting.m_bWinter = 0;
+    EXPECT_EQ(chart->UptateDrawWnd(1), 0);
+    EXPECT_NEAR(chart->GetStaPntN().GetRH(), 0.60, 1e-9);
+    EXPECT_NEAR(chart->GetStaPntN().GetTdb(), 25.0, 1e-9);
+}
+
 TEST_F(Pipeline, SurfaceIsClearedCopiedAndHandedToElements)
 {
     Redraw();
