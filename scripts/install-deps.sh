@@ -8,9 +8,15 @@ pkgs=(
   libcairo2-dev libpango1.0-dev fonts-noto-cjk
   googletest libgtest-dev libgmock-dev libbenchmark-dev
   nlohmann-json3-dev libcli11-dev libcpp-httplib-dev
-  poppler-utils libxml2-utils ccache
+  poppler-utils libxml2-utils ccache python3
   chromium
 )
+
+# Node.js drives the viewer's browser tests. An image may carry its own build of node with npm
+# inside; Debian's npm package would fight it, so both are only added where node is absent.
+if ! command -v node >/dev/null 2>&1 || ! command -v npm >/dev/null 2>&1; then
+  pkgs+=(nodejs npm)
+fi
 
 missing=()
 for p in "${pkgs[@]}"; do
