@@ -83,7 +83,7 @@ public:
     // order. 1; 0 without a valid window.
     int DrawAllChart();
     // Hands pElem this chart and draws it onto the surface: the element's result, or 0
-    // without a valid window (the element keeps the chart pointer).
+    // without a valid window or surface (the element keeps the chart pointer).
     int Draw(CKyGDrawBase* pElem);
     // The off-screen surface's DC, for hosts and elements that draw on it themselves.
     CDC* GetChartDC();
