@@ -264,7 +264,9 @@ private:
             Error(ptr, "expected an object, found " + KindOf(j));
             return false;
         }
-        for (const auto& [key, value] : j.items()) {
+        for (const auto& item : j.items()) {
+            // A named reference, not a structured binding: clang 14 cannot capture those.
+            const std::string& key = item.key();
             if (key == "comment" || std::any_of(keys.begin(), keys.end(), [&](const char* k) { return key == k; }))
                 continue;
             std::string message = "unknown key \"" + key + "\"";
