@@ -5,6 +5,7 @@
 #include "ChartSession.h"
 #include "WebAssets.h"
 
+#include <algorithm>
 #include <chrono>
 #include <thread>
 
@@ -40,7 +41,51 @@ constexpr ImageFormat kFormats[] = {
     {"pdf", ImageKind::Pdf, "application/pdf"},
 };
 
+// The two ends of a connection in memory: reads come from the request, writes go to the
+// response. The peer is this machine, as for a loopback socket.
+class MemoryStream : public httplib::Stream {
+public:
+    explicit MemoryStream(const std::string& request) : m_request(request) {}
+    bool is_readable() const override { return m_read < m_request.size(); }
+    bool is_writable() const override { return true; }
+    ssize_t read(char* ptr, size_t size) override
+    {
+        const size_t n = std::min(size, m_request.size() - m_read);
+        m_request.copy(ptr, n, m_read);
+        m_read += n;
+        return static_cast<ssize_t>(n);
+    }
+    ssize_t write(const char* ptr, size_t size) override
+    {
+        response.append(ptr, size);
+        return static_cast<ssize_t>(size);
+    }
+    void get_remote_ip_and_port(std::string& ip, int& port) const override
+    {
+        ip = "127.0.0.1";
+        port = 0;
+    }
+    void get_local_ip_and_port(std::string& ip, int& port) const override { get_remote_ip_and_port(ip, port); }
+    socket_t socket() const override { return INVALID_SOCKET; }
+
+    std::string response;
+
+private:
+    const std::string& m_request;
+    size_t m_read = 0;
+};
+
 }  // namespace
+
+std::string ViewerServer::HttpServer::Exchange(const std::string& request)
+{
+    MemoryStream stream(request);
+    bool closed = false;
+    process_request(stream, true, closed, nullptr);
+    return std::move(stream.response);
+}
+
+std::string ViewerServer::HandleRaw(const std::string& request) { return m_server.Exchange(request); }
 
 ViewerServer::ViewerServer(ChartSession& session) : m_session(session)
 {

@@ -40,7 +40,18 @@ public:
     // Ends Run; callable from any thread, also before Run started.
     void Stop();
 
+    // Answers one raw HTTP request in process, as a connection from this machine would be
+    // answered (guard, routes, error handlers), and returns the raw response. Needs no Bind:
+    // tests and fuzzing reach the handlers this way without a socket.
+    std::string HandleRaw(const std::string& request);
+
 private:
+    // httplib's server with its processing of one request, which is protected, open to us.
+    class HttpServer : public httplib::Server {
+    public:
+        std::string Exchange(const std::string& request);
+    };
+
     void Route();
     // Refuses requests that a page of another site could have made through the browser:
     // a Host that is not this machine's (DNS rebinding) and bodies that are not JSON.
@@ -48,7 +59,7 @@ private:
     // 200 with the session's scene as JSON.
     void SendSceneJson(httplib::Response& res);
 
-    httplib::Server m_server;
+    HttpServer m_server;
     ChartSession& m_session;
     int m_port = 0;
     bool m_loopback = true;  // bound to a loopback address: only loopback Host names pass

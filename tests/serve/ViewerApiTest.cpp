@@ -173,6 +173,29 @@ TEST_F(ViewerApi, RequestsFromOtherSitesAreRefused)
     EXPECT_TRUE(Json::parse(missing->body, nullptr, false).contains("error"));
 }
 
+TEST_F(ViewerApi, InProcessRequestsAreAnsweredAsOverTheSocket)
+{
+    const auto raw = [this](const std::string& head, const std::string& body = "") {
+        const std::string answer =
+            server.HandleRaw(head + "Content-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body);
+        const std::size_t end = answer.find("\r\n\r\n");
+        return std::pair{answer.substr(0, answer.find("\r\n")), end == std::string::npos ? "" : answer.substr(end + 4)};
+    };
+    const auto [status, body] = raw("GET /api/info HTTP/1.1\r\nHost: 127.0.0.1\r\n");
+    EXPECT_EQ(status, "HTTP/1.1 200 OK");
+    EXPECT_EQ(body, client->Get("/api/info")->body);
+    // The same guard and error handlers as a connection.
+    EXPECT_EQ(raw("GET /api/scene HTTP/1.1\r\nHost: attacker.example\r\n").first, "HTTP/1.1 403 Forbidden");
+    EXPECT_EQ(raw("GET /api/nothing HTTP/1.1\r\n").first, "HTTP/1.1 404 Not Found");
+    EXPECT_EQ(raw("not a request\r\n").first, "HTTP/1.1 400 Bad Request");
+    // And the same session: a point added in process is in the scene the socket serves.
+    EXPECT_EQ(raw("POST /api/points HTTP/1.1\r\nContent-Type: application/json\r\n",
+                  R"({"x": 300, "y": 300, "w": 1000, "h": 800})")
+                  .first,
+              "HTTP/1.1 200 OK");
+    EXPECT_EQ(GetJson("/api/scene")["points"].size(), 1u);
+}
+
 TEST_F(ViewerApi, ThePageAndImagesAreServed)
 {
     auto page = client->Get("/");
