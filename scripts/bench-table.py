@@ -56,11 +56,10 @@ def machine():
     cpu = platform.processor() or platform.machine()
     try:
         with open("/proc/cpuinfo") as f:
-            for line in f:
-                if line.startswith("model name"):
-                    cpu = line.split(":", 1)[1].strip()
-                    break
-    except OSError:
+            info = dict(l.split(":", 1) for l in f.read().split("\n\n")[0].splitlines() if ":" in l)
+        info = {k.strip(): v.strip() for k, v in info.items()}
+        cpu = info.get("model name", cpu) + (f" at {float(info['cpu MHz']):.0f} MHz" if "cpu MHz" in info else "")
+    except (OSError, ValueError):
         pass
     memory = ""
     try:
