@@ -10,9 +10,10 @@ namespace {
 // Newton's method safeguarded by a bracket, for an increasing f with a root in [lo, hi]
 // (the signs at the ends are assumed, not evaluated, to save transcendental calls). A step
 // that would leave the bracket, or a non-finite value, bisects instead, so the iteration
-// cannot run away; each evaluation narrows the bracket. Ends when a step is shorter than tol
-// (Newton converges quadratically, so the error left is far below tol) or the bracket is
-// narrower than tol; NaN after maxIter evaluations.
+// cannot run away; each evaluation narrows the bracket. Ends when a step shorter than tol is
+// confirmed by the sign of f just beyond it (Newton converges quadratically, so the error
+// left is then far below tol) or the bracket is narrower than tol; NaN after maxIter
+// evaluations.
 template <class F>
 double SolveIncreasing(F&& f, double lo, double hi, double x, double tol, int maxIter)
 {
@@ -30,7 +31,22 @@ double SolveIncreasing(F&& f, double lo, double hi, double x, double tol, int ma
         }
         double next = x - fx / slope;
         if (next >= lo && next <= hi) {
-            if (std::fabs(next - x) < tol) return next;
+            if (std::fabs(next - x) < tol) {
+                // A short step means convergence only once Newton is quadratic. Near a pole of
+                // f (pv close to B) the steps start short and grow as x moves away from the
+                // pole; so the root must lie just beyond next, or the iteration goes on from
+                // there. In the quadratic regime the error left is of order tol², so a probe a
+                // thousandth of tol beyond next finds the root at once.
+                const double reach = 1e-3 * tol;
+                const double probe = next < x ? next - reach : next + reach;
+                if (!(probe > lo && probe < hi)) return next;  // the bracket holds it that close
+                double probeSlope = 0.0;
+                const double fp = f(probe, probeSlope);
+                ++i;
+                if (next < x ? fp <= 0.0 : !(fp < 0.0)) return next;  // NaN is beyond the root
+                (next < x ? hi : lo) = probe;
+                next = probe;
+            }
         } else {
             next = 0.5 * (lo + hi);
             if (hi - lo < tol) return next;

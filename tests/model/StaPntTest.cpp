@@ -278,6 +278,20 @@ TEST_F(StaPnt, RefusalsLeaveThePointUntouched)
     EXPECT_NE(p.GetLastErrorString().ToUtf8().find("1.2"), std::string::npos) << "names the input";
 }
 
+// Found by fuzzing: near pv = B the enthalpy grows without bound, and the solver of (h, RH)
+// took its first short Newton step there for convergence, 5e-5 K short of the root, so RH
+// read back 1.7e-6 off.
+TEST_F(StaPnt, ShortSolverStepsNearThePoleOfPvAtBAreNotTakenForConvergence)
+{
+    for (double rh : {0.69373490365003299, 0.3, 1.0})
+        for (double h : {1e4, 1e6, 1e8, 1e9}) {
+            CKyStaPnt p;
+            ASSERT_TRUE(p.SetBy_HandRH(h, rh)) << h << " " << rh;
+            EXPECT_TRUE(Near(p.GetRH(), rh, 1e-9, 0.0)) << h << " " << rh << ": " << p.GetRH();
+            EXPECT_EQ(p.GetH(), h);
+        }
+}
+
 // Nothing the caller can pass makes a setter crash or answer a non-finite state.
 TEST_F(StaPnt, HostileInputsNeverYieldANonFiniteState)
 {
