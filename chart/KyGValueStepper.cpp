@@ -33,7 +33,7 @@ std::vector<double> CKyGValueStepper::RelativeHumidities(double intervalPercent)
     std::vector<double> values;
     const double increment = intervalPercent / 100.0;
     double phi = 0.05;
-    while (phi - 1e-9 <= 1.0 && static_cast<int>(values.size()) < kMaxValues - 1) {
+    while (phi - 1e-9 <= 1.0 && static_cast<int>(values.size()) < kMaxCurves - 1) {
         values.push_back(phi);
         const double next = phi + increment;
         if (!(next > phi)) break;

@@ -69,3 +69,19 @@ TEST(ValueStepper, RelativeHumiditySequences)
         EXPECT_EQ(v.back(), 1.0) << interval;
     }
 }
+
+// Found by fuzzing: an interval of 0.0141 % made 4096 curves of up to 1500 samples each, and
+// the redraw took seconds. The family now ends at kMaxCurves, after every curve of 0.4 %.
+TEST(ValueStepper, FineRelativeHumidityIntervalsEndTheFamilyBeforeTheRedrawSlows)
+{
+    const size_t cap = CKyGValueStepper::kMaxCurves;
+    for (double interval : {0.0141176, 1e-6, 0.3}) {
+        const auto v = CKyGValueStepper::RelativeHumidities(interval);
+        EXPECT_EQ(v.size(), cap) << interval;
+        EXPECT_EQ(v.back(), 1.0) << interval;
+    }
+    const auto finest = CKyGValueStepper::RelativeHumidities(0.4);
+    ASSERT_EQ(finest.size(), 239u);  // 5 % .. 99.8 % by 0.4 %, then 100 %
+    EXPECT_NEAR(finest[237], 0.998, 1e-9);
+    EXPECT_EQ(finest[238], 1.0);
+}
