@@ -2,7 +2,8 @@
 """Prints kygraph_bench's JSON output as one table, grouped by section, with the figure
 (median wall-clock time per call), its unit and the project's target where there is one.
 
-Usage: bench-table.py RESULTS.json
+Usage: bench-table.py RESULTS.json [OTHERS]
+OTHERS: the share of the machine's CPU, in per cent, that other processes used during the run.
 """
 import json
 import os
@@ -92,7 +93,7 @@ def results(report):
 
 
 def main():
-    if len(sys.argv) != 2:
+    if len(sys.argv) not in (2, 3):
         sys.exit(__doc__.strip())
     with open(sys.argv[1]) as f:
         report = json.load(f)
@@ -109,8 +110,11 @@ def main():
     load = " ".join(f"{x:.2f}" for x in context.get("load_avg", []))
     print(f"KyGraph benchmarks, {context.get('date', '')}")
     print(f"Machine: {machine()}")
-    busy = context.get("load_avg", [0])[0] >= 1.0
-    print(f"Load average at start: {load or 'unknown'}" + (" (other work was running: figures inflated)" if busy else ""))
+    print(f"Load average at start: {load or 'unknown'}")
+    if len(sys.argv) == 3:
+        others = float(sys.argv[2])
+        verdict = "figures inflated, rerun when it is quiet" if others >= 5 else "the machine was quiet"
+        print(f"Other processes used {others:.0f}% of the CPU during the run: {verdict}.")
     how = f"median of {repetitions} runs" if repetitions > 1 else "one run"
     print(f"Figures: wall-clock time per call, {how}; target: the project's upper bound.")
 
