@@ -65,8 +65,12 @@ async function drawnSize(page) {
 // Keeps the drawn image's pixels in a rectangle (the whole image by default) in the page
 // under key; the pixels stay in the page, only counts come back.
 async function snapshot(page, key, rect) {
-  await page.evaluate(([key, rect]) => {
+  await page.evaluate(async ([key, rect]) => {
     const img = document.getElementById("chart");
+    // A redraw of the same scene may be swapping the image in: wait for the one shown.
+    for (let i = 0; i < 100 && !(img.complete && img.naturalWidth > 0); i++) {
+      await img.decode().catch(() => new Promise((r) => setTimeout(r, 50)));
+    }
     const c = document.createElement("canvas");
     c.width = img.naturalWidth;
     c.height = img.naturalHeight;
