@@ -174,7 +174,8 @@ void UseRatio(FuzzedDataProvider& in, CKyAS& as, const CKyStaPnt& from, const CK
     Require(copy.OutputString(AnyInt(in)).GetLength() > 2, "a ratio has a text");
 }
 
-// One builder call; on refusal the process and the end point must be untouched.
+// One builder call; on refusal the process and the end point must be untouched, on success
+// the end state must meet the builder's end condition.
 void Build(FuzzedDataProvider& in, CKyProcess& proc, CKyStaPnt* pts, std::size_t n, const CKyAS& as)
 {
     const CString name = in.ConsumeBool() ? AnyText(in, 4) : CString(L"p");
@@ -186,6 +187,11 @@ void Build(FuzzedDataProvider& in, CKyProcess& proc, CKyStaPnt* pts, std::size_t
     const int paths = proc.GetPathCount();
     bool ok = false;
     bool hasEnd = true;
+    // The end condition: the property that must read back as want, exactly or as a solver
+    // leaves it; and a property the builder keeps from the start.
+    Getter reached = nullptr, kept = nullptr;
+    double want = 0.0;
+    bool exact = true;
     const int builder = in.ConsumeIntegralInRange(0, 6);
     std::snprintf(g_call, sizeof g_call, "builder %d", builder);
     switch (builder) {
@@ -194,17 +200,32 @@ void Build(FuzzedDataProvider& in, CKyProcess& proc, CKyStaPnt* pts, std::size_t
         ok = proc.AddMixing(name, a, ma, b, AnyDouble(in), &end);
         break;
     }
-    case 1: ok = proc.AddSensible(name, a, AnyDouble(in), &end); break;
-    case 2: ok = proc.AddCoolingDehumidify(name, a, b); hasEnd = false; break;
-    case 3: ok = proc.AddAdiabaticHumidify(name, a, AnyDouble(in), &end); break;
-    case 4: {
-        const double dTo = AnyDouble(in);
-        ok = proc.AddSteamHumidify(name, a, dTo, AnyDouble(in), &end);
+    case 1:
+        want = AnyDouble(in);
+        ok = proc.AddSensible(name, a, want, &end);
+        reached = &CKyStaPnt::GetTdb, kept = &CKyStaPnt::GetD, exact = false;
         break;
-    }
+    case 2: ok = proc.AddCoolingDehumidify(name, a, b); hasEnd = false; break;
+    case 3:
+        want = AnyDouble(in);
+        ok = proc.AddAdiabaticHumidify(name, a, want, &end);
+        reached = &CKyStaPnt::GetRH, kept = &CKyStaPnt::GetH, exact = false;
+        break;
+    case 4:
+        want = AnyDouble(in);
+        ok = proc.AddSteamHumidify(name, a, want, AnyDouble(in), &end);
+        reached = &CKyStaPnt::GetD;
+        break;
     case 5: {
         const auto target = static_cast<CKyProcess::_EnKyTarget>(in.ConsumeIntegralInRange(-1, 3));
-        ok = proc.AddRatioProcess(name, a, as, target, AnyDouble(in), &end);
+        want = AnyDouble(in);
+        std::snprintf(g_call, sizeof g_call, "ratio process from (h %.17g, d %.17g) along %.17g (kind %d) to %.17g (target %d)",
+                      a.GetH(), a.GetD(), as.GetValue(), static_cast<int>(as.GetType()), want, static_cast<int>(target));
+        ok = proc.AddRatioProcess(name, a, as, target, want, &end);
+        reached = target == CKyProcess::TARGET_D ? &CKyStaPnt::GetD
+                  : target == CKyProcess::TARGET_H ? &CKyStaPnt::GetH
+                                                   : &CKyStaPnt::GetRH;
+        exact = target != CKyProcess::TARGET_RH;
         break;
     }
     default: {
@@ -222,9 +243,21 @@ void Build(FuzzedDataProvider& in, CKyProcess& proc, CKyStaPnt* pts, std::size_t
         return;
     }
     Require(proc.GetPathCount() == paths + 1, "an accepted builder adds one path");
-    if (hasEnd) {
-        CheckState(end);
-        Require(end.GetB() == a.GetB(), "a process keeps the pressure of its start");
+    if (!hasEnd) return;
+    CheckState(end);
+    Require(end.GetB() == a.GetB(), "a process keeps the pressure of its start");
+    if (reached) {
+        const double got = (end.*reached)();
+        Require(exact ? got == want : ReadsBack(got, want), "a builder reaches its end condition", &end);
+    }
+    if (kept) Require((end.*kept)() == (a.*kept)(), "a builder keeps what it holds constant", &end);
+    if (builder == 0) {
+        const auto between = [](double v, double x, double y) {
+            const double tol = 1e-9 * std::max({1.0, std::fabs(x), std::fabs(y)});
+            return v >= std::min(x, y) - tol && v <= std::max(x, y) + tol;
+        };
+        Require(between(end.GetH(), a.GetH(), b.GetH()) && between(end.GetD(), a.GetD(), b.GetD()),
+                "a mixture lies between its streams", &end);
     }
 }
 

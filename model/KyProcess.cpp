@@ -266,7 +266,9 @@ bool CKyProcess::AddRatioProcess(const CString& name, const CKyStaPnt& from, con
         auto rhAt = [&](double dd) {
             const double w = dd / 1000.0;
             const double t = Psy::TdbFromHW(c, h0 + e * (dd - d0) / 1000.0, w);
-            if (!(t >= Psy::kMinT && t <= Psy::kMaxT)) return Psy::kNaN;
+            // The states' own margin at the ends of the range: a start at 200 °C derives
+            // 200 °C plus a rounding error here, and its RH must not read NaN.
+            if (!(t >= Psy::kMinT - Psy::kRangeMarginK && t <= Psy::kMaxT + Psy::kRangeMarginK)) return Psy::kNaN;
             const double pv = Psy::PvFromW(c, w, b);
             return pv < b ? pv / Psy::Pws(t) : Psy::kNaN;
         };
@@ -274,7 +276,8 @@ bool CKyProcess::AddRatioProcess(const CString& name, const CKyStaPnt& from, con
         double lo = d0, hi = d0;
         bool found = f0 == 0.0;
         double step = 0.01;
-        bool upOpen = true, downOpen = true;
+        // No search from a start whose RH is unknown: a NaN would pass for a sign change.
+        bool upOpen = f0 == f0, downOpen = f0 == f0;
         double dUpPrev = d0, dDownPrev = d0;
         for (int i = 0; i < kRHSearchSteps && !found && (upOpen || downOpen); ++i, step *= 2.0) {
             if (upOpen) {

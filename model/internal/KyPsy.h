@@ -17,6 +17,9 @@ constexpr double kTripleK = 273.16;      // K
 constexpr double kRda = 287.042;         // J/(kg K), gas constant of dry air (ASHRAE 2017 eq. 26)
 constexpr double kMinT = -100.0;         // °C, validity range of the Hyland-Wexler equations
 constexpr double kMaxT = 200.0;          // °C
+// A temperature derived from other properties may miss an end of the range by rounding; the
+// states accept it within this margin, K.
+constexpr double kRangeMarginK = 1e-9;
 // Lowest wet bulb accepted and returned, °C. The wet bulb of the coldest air in range lies
 // 2e-5 K below its dry bulb, so it can fall just under -100 °C; the ice equation is smooth
 // enough to extend 1 K that far.

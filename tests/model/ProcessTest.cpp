@@ -117,6 +117,26 @@ TEST(Process, BuildersReachTheirTargets)
     EXPECT_FALSE(proc.AddRatioProcess(L"坏类型", s, eps, static_cast<CKyProcess::_EnKyTarget>(9), 5.0));
 }
 
+// Found by fuzzing: a state at the top of the range derives its dry bulb a rounding error
+// above 200 °C, where the search for a relative humidity along a ratio read NaN; the NaN
+// passed for a sign change, and the process ended at its own start instead of where the
+// line reaches that humidity.
+TEST(Process, RatioToAHumidityFromTheTopOfTheRangeReachesIt)
+{
+    CKyStaPnt top;
+    ASSERT_TRUE(top.SetBy_HandD(205.52810086526577, 1.2301606922126083));
+    ASSERT_GT(top.GetTdb(), 200.0);
+    CKyAS eps;
+    ASSERT_TRUE(eps.SetValue(194621.70035682118));
+    CKyProcess proc;
+    for (double rh : {2.8219784007352903e-05, 1e-3}) {
+        CKyStaPnt e;
+        ASSERT_TRUE(proc.AddRatioProcess(CString(std::to_wstring(rh).c_str()), top, eps, CKyProcess::TARGET_RH, rh, &e));
+        EXPECT_NEAR(e.GetRH(), rh, 1e-9 * rh);
+        EXPECT_LT(e.GetD(), top.GetD());
+    }
+}
+
 TEST(Process, ChartReadsPathsInOrderAndEachPointOnce)
 {
     CKyProcess proc;
