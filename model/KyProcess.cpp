@@ -296,9 +296,11 @@ bool CKyProcess::AddRatioProcess(const CString& name, const CKyStaPnt& from, con
                 dDownPrev = dd;
             }
         }
-        if (!found)
+        const auto unreachable = [&] {
             return Fail(*this, Ky::ERR_OUT_OF_DOMAIN, L"过程“%ls”：沿热湿比 %g kJ/kg 达不到相对湿度 %g。",
                         name.GetString(), e, value);
+        };
+        if (!found) return unreachable();
         if (f0 == 0.0) {
             d = d0;
         } else {
@@ -307,6 +309,9 @@ bool CKyProcess::AddRatioProcess(const CString& name, const CKyStaPnt& from, con
                 const double mid = 0.5 * (lo + hi);
                 if (mid <= lo || mid >= hi) break;
                 const double f = rhAt(mid) - value;
+                // The line leaves the model's range between the ends of the bracket, so the
+                // sign change seen at its ends says nothing about where RH meets value.
+                if (!(f == f)) return unreachable();
                 if ((f > 0.0) == riseAtHi) hi = mid; else lo = mid;
             }
             // The end that is not supersaturated, so that the state point accepts it.

@@ -137,6 +137,26 @@ TEST(Process, RatioToAHumidityFromTheTopOfTheRangeReachesIt)
     }
 }
 
+// Found by fuzzing: along the 200 °C isotherm (ε = 2868 kJ/kg) from air of 3.5e8 g/kg, the
+// dry bulb rounds to either side of the range's end, so the search met states outside the
+// model between the ends of its bracket; the bisection took them for a side of the root and
+// ended at RH 0.06 when asked for 3.6e-18.
+TEST(Process, RatioThroughStatesOutsideTheModelNeverEndsOffItsTarget)
+{
+    CKyStaPnt steam;
+    ASSERT_TRUE(steam.SetBy_HandD(1e9, 348674964.43514645));
+    CKyAS isotherm;
+    ASSERT_TRUE(isotherm.SetValue(2868.0));
+    CKyProcess proc;
+    for (double rh : {3.6429192995512951e-18, 1e-6, 0.01, 0.05}) {
+        CKyStaPnt e;
+        if (proc.AddRatioProcess(CString(std::to_wstring(rh).c_str()), steam, isotherm, CKyProcess::TARGET_RH, rh, &e))
+            EXPECT_NEAR(e.GetRH(), rh, 1e-9 * rh) << rh;
+        else
+            EXPECT_FALSE(e.IsValid()) << rh;
+    }
+}
+
 TEST(Process, ChartReadsPathsInOrderAndEachPointOnce)
 {
     CKyProcess proc;
