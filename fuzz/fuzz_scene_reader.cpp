@@ -1,7 +1,6 @@
 // Fuzz target: the scene-file reader on arbitrary bytes. A scene it accepts is written back
 // and must read as the same scene, is applied to the chart and drawn, small. A refusal must
 // say why. Each input starts from the default settings: the last one's scene is undone.
-#include "FuzzChart.h"
 #include "SceneApplier.h"
 #include "SceneReader.h"
 #include "SceneRenderer.h"
@@ -28,12 +27,6 @@ void Require(bool ok, const char* what)
 }
 
 }  // namespace
-
-extern "C" int LLVMFuzzerInitialize(int*, char***)
-{
-    fuzz::PrepareChart();
-    return 0;
-}
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {

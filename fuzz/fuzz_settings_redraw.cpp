@@ -3,7 +3,6 @@
 // whatever the one before left), the chart redraws into a window of arbitrary size, a state
 // point, a process and a ratio line are drawn over it, and pixels and states are converted
 // both ways. Besides the sanitizers, libFuzzer's -timeout catches a redraw that does not end.
-#include "FuzzChart.h"
 #include "FuzzValues.h"
 
 #include <kygraph/ImageWnd.h>
@@ -214,12 +213,6 @@ void ConvertBothWays(FuzzedDataProvider& in, CKyGChart& chart, int w, int h)
 }
 
 }  // namespace
-
-extern "C" int LLVMFuzzerInitialize(int*, char***)
-{
-    fuzz::PrepareChart();
-    return 0;
-}
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {

@@ -5,7 +5,6 @@
 // a complete HTTP response, that no handler lets an exception out (the 500 "internal error"),
 // and that every JSON answer is JSON.
 #include "ApiParams.h"
-#include "FuzzChart.h"
 #include "ChartSession.h"
 #include "ViewerServer.h"
 
@@ -162,12 +161,6 @@ std::string ScenePath()
 }
 
 }  // namespace
-
-extern "C" int LLVMFuzzerInitialize(int*, char***)
-{
-    fuzz::PrepareChart();
-    return 0;
-}
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
