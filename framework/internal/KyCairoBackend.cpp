@@ -113,7 +113,13 @@ bool KyCairoBackend::Polyline(const POINT* pts, int n, const KyPen& pen, bool al
         return true;
     }
     cairo_save(cr);
-    if (std::all_of(pts, pts + n, PointIsSafe)) {
+    if (pen.width > 1 && Ky::StrokeCoversSurface(pts, n, pen.width, kCentre, Width(), Height())) {
+        // Wider pens have round ends and joins, so the stroke paints every pixel. Cairo would
+        // still build it whole, at a cost that grows with the pen: a 65535-pixel pen took
+        // milliseconds a line.
+        Ky::SetSourceColor(cr, pen.color);
+        cairo_paint(cr);
+    } else if (std::all_of(pts, pts + n, PointIsSafe)) {
         cairo_new_path(cr);
         cairo_move_to(cr, pts[0].x + kCentre, pts[0].y + kCentre);
         for (int i = 1; i < n; ++i) cairo_line_to(cr, pts[i].x + kCentre, pts[i].y + kCentre);

@@ -272,4 +272,14 @@ bool ArcIsSafe(const KyEllipseArc& arc)
     return IsSafe(arc.cx - arc.rx) && IsSafe(arc.cx + arc.rx) && IsSafe(arc.cy - arc.ry) && IsSafe(arc.cy + arc.ry);
 }
 
+bool StrokeCoversSurface(const POINT* pts, int n, double width, double centre, double cx, double cy)
+{
+    const double r = width / 2.0;
+    for (int i = 0; i < n; ++i) {
+        const double x = pts[i].x + centre, y = pts[i].y + centre;
+        if (std::hypot(std::max(x, cx - x), std::max(y, cy - y)) <= r) return true;
+    }
+    return false;
+}
+
 }  // namespace Ky

@@ -61,4 +61,9 @@ void FlattenArc(const KyEllipseArc& arc, std::vector<PointD>& out);
 // Whether the arc's bounding box lies within the safe coordinate range.
 bool ArcIsSafe(const KyEllipseArc& arc);
 
+// Whether a stroke with round ends and joins, of that width, through the points (pixel
+// centres, offset by centre) paints the whole of a cx x cy surface: one of its points lies
+// within half the width of all four corners.
+bool StrokeCoversSurface(const POINT* pts, int n, double width, double centre, double cx, double cy);
+
 }  // namespace Ky

@@ -4,6 +4,10 @@
 #include <kygraph/Bitmap.h>
 #include <kygraph/Pen.h>
 
+#include <chrono>
+#include <climits>
+#include <vector>
+
 using FrameworkLines = PixelTest;
 
 TEST_F(FrameworkLines, LineToLeavesTheLastPixel)
@@ -123,4 +127,36 @@ TEST_F(FrameworkLines, AntialiasedLinesStayNearTheirPixels)
     EXPECT_EQ(Px(20, 10), kRed);
     EXPECT_EQ(Px(20, 9), kWhite);
     EXPECT_EQ(Px(20, 11), kWhite);
+}
+
+// Found by fuzzing: a pen far wider than the surface (the chart's styles take any width, and
+// CDC draws at most 65535) made Cairo build every stroke whole, round ends and joins
+// included, though each one paints the surface over: 256 curves of such a pen on a 3 x 172
+// window took over a second. A stroke that covers the surface now paints it at once.
+class FrameworkWidePens : public PixelTest {
+protected:
+    FrameworkWidePens() : PixelTest(3, 172) {}
+};
+
+TEST_F(FrameworkWidePens, AStrokeCoveringTheSurfacePaintsItAtOnce)
+{
+    std::vector<POINT> curve;
+    for (int i = 0; i < 300; ++i) curve.push_back({40 + i, 100 - i / 3 - i * i / 500});
+    CPen wide(PS_SOLID, INT_MAX, kRed);
+    CPen* old = m_dc->SelectObject(&wide);
+    const auto start = std::chrono::steady_clock::now();
+    for (int k = 0; k < 1024; ++k) ASSERT_TRUE(m_dc->Polyline(curve.data(), static_cast<int>(curve.size())));
+    const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start;
+    EXPECT_EQ(CountColor(kRed), 3 * 172);
+    EXPECT_LT(took.count(), 0.5) << "1024 strokes; before, each took milliseconds";
+
+    // A pen that reaches only part of the surface still strokes: its round end shows.
+    m_dc->FillSolidRect(0, 0, 3, 172, kWhite);
+    CPen round(PS_SOLID, 100, kBlue);
+    m_dc->SelectObject(&round);
+    m_dc->MoveTo(1, 0);
+    m_dc->LineTo(1, 10);
+    m_dc->SelectObject(old);
+    EXPECT_EQ(Px(1, 55), kBlue);
+    EXPECT_EQ(Px(1, 65), kWhite);
 }
