@@ -4,7 +4,8 @@
 # is never written to. Fails on any crash, sanitizer report, timeout (an input, such as a
 # redraw, taking over a second) or out-of-memory; the inputs that failed are kept in
 # build-fuzz/crashes/ for reproduction: build-fuzz/bin/<target> <file>.
-# FUZZ_SECONDS sets the time per target (default 60).
+# FUZZ_SECONDS sets the time per target (default 60); FUZZ_SEED the random seed (default 1, so
+# that a run, and a finding in CI, can be repeated; 0 lets libFuzzer pick one).
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -16,6 +17,7 @@ cmake --preset fuzz >/dev/null
 cmake --build --preset fuzz
 
 seconds=${FUZZ_SECONDS:-60}
+seed=${FUZZ_SEED:-1}
 targets=(fuzz_state_model fuzz_settings_redraw fuzz_scene_reader fuzz_viewer_api)
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
@@ -37,7 +39,7 @@ for target in "${targets[@]}"; do
   log="$work/$target.log"
   echo "fuzz: $target for ${seconds} s"
   status=0
-  build-fuzz/bin/"$target" "$corpus" "${dict[@]}" -max_total_time="$seconds" -timeout=1 -rss_limit_mb=2048 \
+  build-fuzz/bin/"$target" "$corpus" "${dict[@]}" -max_total_time="$seconds" -seed="$seed" -timeout=1 -rss_limit_mb=2048 \
     -artifact_prefix="$work/$target-artifacts/" -print_final_stats=1 >"$log" 2>&1 || status=$?
   # A report that did not stop the run still fails it.
   if [ "$status" -ne 0 ] || grep -qE "ERROR: (AddressSanitizer|LeakSanitizer|libFuzzer)|runtime error:" "$log"; then
