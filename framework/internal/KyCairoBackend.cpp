@@ -156,10 +156,12 @@ void KyCairoBackend::StrokeArc(cairo_t* cr, const KyEllipseArc& arc, const KyPen
         StrokeWith(cr, pen, aliased, 0.0);
         return;
     }
-    // A huge ellipse: flatten it and keep only what passes near the surface.
+    // A huge ellipse: flatten it and keep only what passes near the surface, unless none does
+    // (flattening one takes up to 600000 points).
+    const double m = pen.width / 2.0 + 2.0;
+    if (Ky::SurfaceAgainstEllipse(arc, Width(), Height(), m) != Ky::EllipseSide::Near) return;
     std::vector<PointD> pts;
     Ky::FlattenArc(arc, pts);
-    const double m = pen.width / 2.0 + 2.0;
     const RectD clip{-m, -m, Width() + m, Height() + m};
     bool open = false;
     for (size_t i = 0; i + 1 < pts.size(); ++i) {
@@ -201,7 +203,13 @@ bool KyCairoBackend::Ellipse(const KyEllipseArc& e, const KyPen& pen, const KyBr
     cairo_save(cr);
     if (!brush.null) {
         cairo_new_path(cr);
-        if (Ky::ArcIsSafe(e)) {
+        const Ky::EllipseSide side =
+            Ky::ArcIsSafe(e) ? Ky::EllipseSide::Near : Ky::SurfaceAgainstEllipse(e, Width(), Height(), 2.0);
+        if (side == Ky::EllipseSide::Inside) {
+            cairo_rectangle(cr, 0.0, 0.0, Width(), Height());
+        } else if (side == Ky::EllipseSide::Outside) {
+            // nothing of it reaches the surface: the empty path fills nothing
+        } else if (Ky::ArcIsSafe(e)) {
             AppendBezierArc(cr, e);
             cairo_close_path(cr);
         } else {

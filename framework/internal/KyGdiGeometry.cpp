@@ -272,6 +272,22 @@ bool ArcIsSafe(const KyEllipseArc& arc)
     return IsSafe(arc.cx - arc.rx) && IsSafe(arc.cx + arc.rx) && IsSafe(arc.cy - arc.ry) && IsSafe(arc.cy + arc.ry);
 }
 
+EllipseSide SurfaceAgainstEllipse(const KyEllipseArc& e, double cx, double cy, double margin)
+{
+    if (!(e.rx > 0.0 && e.ry > 0.0)) return EllipseSide::Near;
+    // In coordinates where the ellipse is the unit circle, the surface's nearest and farthest
+    // points from the centre; a distance of d there is at least d * min(rx, ry) pixels.
+    const double u0 = -e.cx / e.rx, u1 = (cx - e.cx) / e.rx;
+    const double v0 = -e.cy / e.ry, v1 = (cy - e.cy) / e.ry;
+    const double nearU = (u0 <= 0.0 && u1 >= 0.0) ? 0.0 : std::min(std::fabs(u0), std::fabs(u1));
+    const double nearV = (v0 <= 0.0 && v1 >= 0.0) ? 0.0 : std::min(std::fabs(v0), std::fabs(v1));
+    const double farU = std::max(std::fabs(u0), std::fabs(u1)), farV = std::max(std::fabs(v0), std::fabs(v1));
+    const double m = margin / std::min(e.rx, e.ry);
+    if (std::hypot(farU, farV) <= 1.0 - m) return EllipseSide::Inside;
+    if (std::hypot(nearU, nearV) >= 1.0 + m) return EllipseSide::Outside;
+    return EllipseSide::Near;
+}
+
 bool StrokeCoversSurface(const POINT* pts, int n, double width, double centre, double cx, double cy)
 {
     const double r = width / 2.0;

@@ -61,6 +61,12 @@ void FlattenArc(const KyEllipseArc& arc, std::vector<PointD>& out);
 // Whether the arc's bounding box lies within the safe coordinate range.
 bool ArcIsSafe(const KyEllipseArc& arc);
 
+// Where a surface of cx x cy lies against an ellipse: wholly inside it or wholly outside it,
+// at least margin pixels from its outline either way, or near the outline. A huge ellipse
+// need not be flattened unless it is near.
+enum class EllipseSide { Inside, Outside, Near };
+EllipseSide SurfaceAgainstEllipse(const KyEllipseArc& e, double cx, double cy, double margin);
+
 // Whether a stroke with round ends and joins, of that width, through the points (pixel
 // centres, offset by centre) paints the whole of a cx x cy surface: one of its points lies
 // within half the width of all four corners.

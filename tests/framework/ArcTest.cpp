@@ -4,6 +4,8 @@
 #include <kygraph/Brush.h>
 #include <kygraph/Pen.h>
 
+#include <chrono>
+
 namespace {
 bool IsRed(COLORREF c) { return c == RGB(255, 0, 0); }
 }  // namespace
@@ -104,4 +106,32 @@ TEST_F(FrameworkArcs, EllipseFillsWithTheSelectedBrush)
     m_dc->Ellipse(12, 12, 52, 52);
     EXPECT_EQ(Px(32, 32), kBlue);
     EXPECT_EQ(Px(32, 12), kRed);
+}
+
+// Found by fuzzing: a state-point marker of any size is an ellipse of any size, and one beyond
+// Cairo's coordinate range was flattened into 600000 points, for its fill and again for its
+// outline, even with the whole surface inside it or far outside it: a handful of markers took
+// a second. Such an ellipse now paints the surface, or nothing, at once.
+TEST_F(FrameworkArcs, HugeEllipsesAroundOrAwayFromTheSurfaceAreNotFlattened)
+{
+    CBrush green(RGB(0, 128, 0));
+    CBrush* old = m_dc->SelectObject(&green);
+    const auto start = std::chrono::steady_clock::now();
+    for (int k = 0; k < 50; ++k) {
+        m_dc->FillSolidRect(0, 0, 64, 64, kBlue);
+        EXPECT_TRUE(m_dc->Ellipse(-1000000000, -1000000000, 1000000000, 1000000000));  // around
+        EXPECT_EQ(Count(0, 0, 64, 64, [](COLORREF c) { return c == RGB(0, 128, 0); }), 64 * 64);
+        EXPECT_TRUE(m_dc->Ellipse(500000000, -1000000000, 2000000000, 1000000000));  // away
+        EXPECT_EQ(Count(0, 0, 64, 64, [](COLORREF c) { return c == RGB(0, 128, 0); }), 64 * 64);
+    }
+    const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start;
+    EXPECT_LT(took.count(), 0.5) << "100 ellipses; before, each took a tenth of a second";
+
+    // One whose outline crosses the surface is still drawn there.
+    m_dc->FillSolidRect(0, 0, 64, 64, kBlue);
+    m_dc->Ellipse(-1999999968, -1000000000, 32, 1000000000);  // its right end at x = 32
+    m_dc->SelectObject(old);
+    EXPECT_EQ(Px(20, 32), RGB(0, 128, 0));
+    EXPECT_EQ(Px(60, 32), kBlue);
+    EXPECT_GT(Count(30, 0, 34, 64, IsRed), 0);
 }
