@@ -179,14 +179,10 @@ void DrawOverlays(FuzzedDataProvider& in, CKyGChart& chart, int w, int h)
     line.CalculateAng(AnyPixel(in, w, h), AnyDouble(in));
 }
 
-// Whether the mapping can be inverted: the range must be one the host may set (its corners
-// are states, so that both directions read the same range), and the plot area must lie where
-// pixel arithmetic is exact (settings that push a corner to the ends of the int range
-// saturate the mapping).
-bool Invertible(const CKyGChart& chart)
+// Whether the plot area lies where pixel arithmetic is exact: settings that push a corner
+// to the ends of the int range saturate the mapping, which then cannot be inverted.
+bool Unsaturated(const CKyGChart& chart)
 {
-    const CKyGRangeSetting& r = CKyGChartSetting::GetKyGChartSetting()->m_RangeSetting;
-    if (!CKyGRangeSetting::IsRangeValid(r.GetMinT(), r.GetMaxT(), r.GetMinD(), r.GetMaxD())) return false;
     constexpr int kFar = 1 << 24;
     for (CPoint p : {chart.GetMinTAndMinDPnt(), chart.GetChartOrigin(), chart.GetMaxTAndMaxDPnt()})
         if (p.x < -kFar || p.x > kFar || p.y < -kFar || p.y > kFar) return false;
@@ -203,7 +199,7 @@ void ConvertBothWays(FuzzedDataProvider& in, CKyGChart& chart, int w, int h)
         Require(chart.Convert(pnt, back) == 1, "a state taken from a pixel maps back");
         const long long dx = std::llabs(static_cast<long long>(back.x) - pt.x);
         const long long dy = std::llabs(static_cast<long long>(back.y) - pt.y);
-        if ((dx > 2 || dy > 2) && Invertible(chart) && pt.x >= 0 && pt.x < w && pt.y >= 0 && pt.y < h) {
+        if ((dx > 2 || dy > 2) && Unsaturated(chart) && pt.x >= 0 && pt.x < w && pt.y >= 0 && pt.y < h) {
             // Reported, not fatal: with settings changed after the enthalpy direction was fixed
             // the two directions need not meet again, and that is no crash.
             std::fprintf(stderr, "pixel %d,%d -> h %.17g d %.17g -> pixel %d,%d\n", pt.x, pt.y, pnt.GetH(), pnt.GetD(),
