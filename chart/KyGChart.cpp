@@ -300,7 +300,7 @@ int CKyGChart::UptateDrawWnd(int bRedraw)
     CDC* pWndDC = m_pDrawWnd->GetDC();
     if (pWndDC == nullptr) return 0;
     // After the window grew only the old surface exists to be copied.
-    const int result = pWndDC->BitBlt(0, 0, std::min(w, m_sizeSurface.cx), std::min(h, m_sizeSurface.cy), &m_dcChart,
+    const int result = pWndDC->BitBlt(0, 0, std::min<int>(w, m_sizeSurface.cx), std::min<int>(h, m_sizeSurface.cy), &m_dcChart,
                                       0, 0, SRCCOPY);
     m_pDrawWnd->ReleaseDC(pWndDC);
     return result;

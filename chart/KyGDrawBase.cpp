@@ -20,9 +20,9 @@ LONG EscapementOf(double angle)
     return static_cast<LONG>(Ky::TruncToInt(degrees) * 10);
 }
 
-LOGFONT NormalFont(int height)
+LOGFONTW NormalFont(int height)
 {
-    LOGFONT lf{};  // width 0, no italic, default face and precision
+    LOGFONTW lf{};  // width 0, no italic, default face and precision
     lf.lfHeight = height;
     lf.lfWeight = FW_NORMAL;
     return lf;
@@ -72,7 +72,7 @@ CKyGChart* CKyGDrawBase::GetChart() const { return m_pChart; }
 int CKyGDrawBase::DrawTextW(CDC* pDC, CPoint pt, double height, double angle, COLORREF color, CString text)
 {
     if (pDC == nullptr) return 0;
-    LOGFONT lf = NormalFont(Ky::TruncToInt(height));
+    LOGFONTW lf = NormalFont(Ky::TruncToInt(height));
     lf.lfEscapement = lf.lfOrientation = EscapementOf(angle);
     CFont font;
     if (!font.CreateFontIndirect(&lf)) return 0;

@@ -1,6 +1,7 @@
-// CBitmap: a drawing surface selected into a memory DC. Created compatible with a DC: a
-// raster DC gives an ARGB32 pixel surface, a vector DC (SVG/PDF) gives a recording surface
-// whose block transfer to the vector DC stays vector.
+// CBitmap: a drawing surface selected into a memory DC. Created compatible with a DC: on
+// Windows a GDI bitmap of the DC's format; on Linux a raster DC gives an ARGB32 pixel
+// surface, a vector DC (SVG/PDF) a recording surface whose block transfer to the vector DC
+// stays vector.
 #pragma once
 
 #include <kygraph/GdiObject.h>
@@ -22,6 +23,8 @@ public:
     BOOL CreateCompatibleBitmap(CDC* pDC, int cx, int cy);
     BOOL DeleteObject() override;
     CSize GetSize() const;
+
+#if !defined(_WIN32)
     KySurface* Surface() const { return m_pSurface; }
 
     // What a fresh memory DC holds: a bitmap without pixels, so drawing does nothing.
@@ -32,4 +35,5 @@ private:
     explicit CBitmap(StockTag);
 
     KySurface* m_pSurface = nullptr;
+#endif
 };

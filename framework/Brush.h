@@ -15,6 +15,7 @@ public:
     COLORREF GetColor() const { return m_crColor; }
 
 private:
+    friend class KyForeignGdiObject;  // describes handles the framework did not create
     COLORREF m_crColor = 0;
     bool m_bNull = false;
 };

@@ -1,7 +1,8 @@
-// CDC: the GDI-like device context. It owns the GDI state machine once for every backend
-// (selected pen, brush, font and bitmap, text and background colours, background mode, text
-// alignment, current position, arc direction) and hands each primitive, with that state, to
-// a thin backend: Cairo raster (ARGB32), Cairo SVG/PDF, or recording.
+// CDC: the device context. On Windows it wraps a real HDC and GDI itself keeps the state. On
+// Linux it owns the GDI state machine once for every backend (selected pen, brush, font and
+// bitmap, text and background colours, background mode, text alignment, current position,
+// arc direction) and hands each primitive, with that state, to a thin backend: Cairo raster
+// (ARGB32) or Cairo SVG/PDF. On both, a DC can also record every primitive it draws.
 //
 // Failure semantics follow GDI: a null or deleted DC, or a memory DC with no bitmap selected,
 // draws nothing and returns 0; nothing throws and no coordinate, size or angle (NaN, huge,
@@ -95,6 +96,7 @@ public:
     COLORREF GetPixel(int x, int y) const;
 
     // Anti-aliased drawing (the default) or GDI's hard edges; inherited by compatible DCs.
+    // GDI draws hard edges whatever this says.
     void SetAntialias(bool on);
     bool GetAntialias() const;
 
@@ -105,9 +107,17 @@ public:
     const std::vector<CDrawRecord>& GetRecords() const;
     void ClearRecords();
 
+#if defined(_WIN32)
+    // Wraps an existing DC without owning it (DeleteDC and the destructor leave it alone);
+    // FALSE for a null handle or when this object already holds one.
+    BOOL Attach(HDC hDC);
+    // Gives the wrapped handle back and leaves this object empty.
+    HDC Detach();
+#else
     // Framework-internal: binds this DC to a backend (used by windows and CreateCompatibleDC).
     void AttachBackend(std::unique_ptr<KyDCBackend> backend);
     KyDCBackend* Backend() const;
+#endif
 
 private:
     struct State;

@@ -5,6 +5,7 @@
 
 #include <kygraph/GdiObject.h>
 
+#if !defined(_WIN32)
 struct LOGFONTW {
     LONG lfHeight;
     LONG lfWidth;
@@ -22,6 +23,7 @@ struct LOGFONTW {
     wchar_t lfFaceName[32];
 };
 using LOGFONT = LOGFONTW;
+#endif
 
 class KYFW_API CFont : public CGdiObject {
 public:
@@ -29,10 +31,11 @@ public:
 
     Kind GetKind() const override { return KindFont; }
     // Copies the description; FALSE for a null pointer.
-    BOOL CreateFontIndirect(const LOGFONT* lf);
-    BOOL GetLogFont(LOGFONT* lf) const;
-    const LOGFONT& LogFont() const { return m_lf; }
+    BOOL CreateFontIndirect(const LOGFONTW* lf);
+    BOOL GetLogFont(LOGFONTW* lf) const;
+    const LOGFONTW& LogFont() const { return m_lf; }
 
 private:
-    LOGFONT m_lf{};
+    friend class KyForeignGdiObject;  // describes handles the framework did not create
+    LOGFONTW m_lf{};
 };

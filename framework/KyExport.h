@@ -10,13 +10,12 @@
 #define KY_DECL_IMPORT __attribute__((visibility("default")))
 #endif
 
-// The framework is a static library linked into every shared library. On ELF its classes
-// keep default visibility so that type information, vtables and the few framework-wide
-// globals (current string table, stock objects) are one per process, not one per module.
-#if defined(_WIN32)
-#define KYFW_API
+// The framework is a shared library too: its globals (window registry, current string
+// module, stock objects, text engine) must be one per process, not one per module.
+#ifdef KYFW_BUILD
+#define KYFW_API KY_DECL_EXPORT
 #else
-#define KYFW_API __attribute__((visibility("default")))
+#define KYFW_API KY_DECL_IMPORT
 #endif
 
 #ifdef KYARITHM_BUILD

@@ -8,7 +8,8 @@ public:
     CObject() = default;
     CObject(const CObject&) = default;
     CObject& operator=(const CObject&) = default;
-    virtual ~CObject() = default;
+    // Out of line, so the class's type information lives in the framework's library alone.
+    virtual ~CObject();
 
     // Run-time class name, the framework's serialisation, validity-check and dump slots.
     virtual const char* GetRuntimeClassName() const { return "CObject"; }

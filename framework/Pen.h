@@ -16,6 +16,7 @@ public:
     COLORREF GetColor() const { return m_crColor; }
 
 private:
+    friend class KyForeignGdiObject;  // describes handles the framework did not create
     int m_nStyle = PS_SOLID;
     int m_nWidth = 1;
     COLORREF m_crColor = 0;

@@ -1,8 +1,17 @@
 #include <kygraph/ResourceModule.h>
 
 namespace {
-const CResourceModule kNoModule("", nullptr, 0);
 const CResourceModule* g_current = nullptr;
+
+const CResourceModule& DefaultModule()
+{
+#if defined(_WIN32)
+    static const CResourceModule module("", ::GetModuleHandleW(nullptr));
+#else
+    static const CResourceModule module("", nullptr, 0);
+#endif
+    return module;
+}
 }  // namespace
 
 CResourceModule::CResourceModule(const char* name, const KyStringEntry* entries, int count)
@@ -10,14 +19,35 @@ CResourceModule::CResourceModule(const char* name, const KyStringEntry* entries,
 {
 }
 
-const char* CResourceModule::Lookup(UINT id) const
+#if defined(_WIN32)
+CResourceModule::CResourceModule(const char* name, HINSTANCE instance)
+    : m_name(name ? name : ""), m_entries(nullptr), m_count(0), m_instance(instance)
 {
+}
+#endif
+
+BOOL CResourceModule::Load(UINT id, CString& text) const
+{
+#if defined(_WIN32)
+    if (m_instance) {
+        // With a zero buffer size LoadStringW points into the resource itself: no copy, no
+        // length limit. The entry is not NUL-terminated.
+        const wchar_t* res = nullptr;
+        const int n = ::LoadStringW(static_cast<HINSTANCE>(m_instance), id, reinterpret_cast<LPWSTR>(&res), 0);
+        if (n <= 0 || !res) return FALSE;
+        text = CString(res, n);
+        return TRUE;
+    }
+#endif
     for (int i = 0; i < m_count; ++i)
-        if (m_entries[i].id == id) return m_entries[i].utf8;
-    return nullptr;
+        if (m_entries[i].id == id) {
+            text = CString::FromUtf8(m_entries[i].utf8);
+            return TRUE;
+        }
+    return FALSE;
 }
 
-const CResourceModule& CResourceModule::Current() { return g_current ? *g_current : kNoModule; }
+const CResourceModule& CResourceModule::Current() { return g_current ? *g_current : DefaultModule(); }
 
 CResourceModule::Scope::Scope(const CResourceModule& module) : m_prev(g_current) { g_current = &module; }
 

@@ -150,10 +150,7 @@ void CString::AppendFormat(const wchar_t* fmt, ...)
 
 BOOL CString::LoadString(UINT id)
 {
-    const char* text = CResourceModule::Current().Lookup(id);
-    if (!text) return FALSE;
-    *this = FromUtf8(text);
-    return TRUE;
+    return CResourceModule::Current().Load(id, *this);
 }
 
 std::string CString::ToUtf8() const

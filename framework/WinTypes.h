@@ -1,7 +1,32 @@
-// The plain Windows types and macros the framework's interface is written in.
+// The plain Windows types and macros the framework's interface is written in. On Windows
+// they are the system's own, so a host hands its real HWND, RECT and COLORREF to the chart;
+// elsewhere they are defined here with the same layout and values.
 #pragma once
 
 #include <cstdint>
+
+#if defined(_WIN32)
+
+#ifndef WIN32_LEAN_AND_MEAN
+#define WIN32_LEAN_AND_MEAN
+#endif
+#ifndef NOMINMAX
+#define NOMINMAX
+#endif
+#include <windows.h>
+
+// The framework's classes have members named like these A/W macros (CDC::TextOut,
+// CFont::CreateFontIndirect, CString::LoadString). The macros would rename the members by
+// the UNICODE setting of each translation unit, so a host built without UNICODE would not
+// link against the library; they go, and the framework calls the W functions by name.
+#undef TextOut
+#undef CreateFontIndirect
+#undef LoadString
+#undef GetObject
+#undef DrawText
+#undef GetClassName
+
+#else
 
 using BOOL = int;
 using UINT = unsigned int;
@@ -90,3 +115,5 @@ constexpr int BLACK_PEN = 7;
 constexpr int NULL_PEN = 8;
 constexpr int DEFAULT_GUI_FONT = 17;
 constexpr int SYSTEM_FONT = 13;
+
+#endif  // _WIN32

@@ -7,6 +7,9 @@
 #include <kygraph/Rect.h>
 #include <kygraph/WinTypes.h>
 
+#include <memory>
+#include <vector>
+
 class CDC;
 
 class KYFW_API CWnd : public CObject {
@@ -18,6 +21,14 @@ public:
 
     HWND GetSafeHwnd() const { return m_hWnd; }
     HWND m_hWnd = nullptr;
+
+#if defined(_WIN32)
+    // Wraps a window the host made; the object never destroys it unless DestroyWindow is
+    // called. FALSE for a handle that is not a window or when one is attached already.
+    BOOL Attach(HWND hWnd);
+    // Lets go of the window without destroying it.
+    HWND Detach();
+#endif
 
     virtual void GetClientRect(LPRECT rect) const;
     // A DC on the window's client area (its background colour already set), or null when the
@@ -34,7 +45,14 @@ protected:
     // Windows call these when their handle comes into and goes out of existence.
     void RegisterHandle();
     void UnregisterHandle();
+
+#if defined(_WIN32)
+private:
+    std::vector<std::unique_ptr<CDC>> m_dcs;  // handed out by GetDC, not yet released
+#endif
 };
 
-// TRUE when h is the handle of a live window.
+#if !defined(_WIN32)
+// TRUE when h is the handle of a live window (User32's own on Windows).
 KYFW_API BOOL IsWindow(HWND h);
+#endif

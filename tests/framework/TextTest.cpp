@@ -3,7 +3,7 @@
 
 #include <kygraph/Font.h>
 
-#include "framework/internal/KyTextEngine.h"
+#include "framework/cairo/internal/KyTextEngine.h"
 
 #include <climits>
 

@@ -11,7 +11,7 @@ TEST_F(StaPntMarker, DotAndLabelOnEachSideAtScalesOneAndTwo)
 {
     const CKyStaPnt pnt = State(25.0, 50.0, L"送风点");
     // Dot corners relative to the centre, bottom-right first: 2.5 truncates unevenly.
-    for (auto [k, far, near] : {std::tuple{1.0, 2, -3}, std::tuple{2.0, 5, -5}})
+    for (auto [k, outer, inner] : {std::tuple{1.0, 2, -3}, std::tuple{2.0, 5, -5}})
         for (int pos : {0, 1, 2, 3, 7, -1}) {
             SCOPED_TRACE(testing::Message() << "scale " << k << " position " << pos);
             set->m_dDrawScale = k;
@@ -22,7 +22,7 @@ TEST_F(StaPntMarker, DotAndLabelOnEachSideAtScalesOneAndTwo)
             ASSERT_EQ(DrawOne(&marker), 1);
             ASSERT_EQ(dc()->GetRecords().size(), 2u);
             const CDrawRecord& dot = dc()->GetRecords()[0];
-            EXPECT_EQ(dot.pts, (std::vector<CPoint>{CPoint(p.x + far, p.y + far), CPoint(p.x + near, p.y + near)}));
+            EXPECT_EQ(dot.pts, (std::vector<CPoint>{CPoint(p.x + outer, p.y + outer), CPoint(p.x + inner, p.y + inner)}));
             EXPECT_EQ(dot.brushColor, RGB(0, 255, 0));
             EXPECT_EQ(dc()->GetRecords()[1].fontHeight, static_cast<int>(7 * k));
             EXPECT_EQ(SideOf(L"送风点", p), pos >= 0 && pos <= 3 ? pos : Centre);

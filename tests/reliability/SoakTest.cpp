@@ -16,8 +16,12 @@
 #include <kygraph/KyGStaPnt.h>
 #include <kygraph/KyProcess.h>
 
+#if defined(_WIN32)
+#include <psapi.h>
+#else
 #include <malloc.h>
 #include <unistd.h>
+#endif
 
 #include <chrono>
 #include <cstdio>
@@ -59,10 +63,17 @@ int EnvInt(const char* name, int fallback)
 // process still holds, not what the allocator keeps for reuse.
 double ResidentMiB()
 {
+#if defined(_WIN32)
+    PROCESS_MEMORY_COUNTERS pmc{};
+    pmc.cb = sizeof pmc;
+    K32GetProcessMemoryInfo(GetCurrentProcess(), &pmc, sizeof pmc);
+    return static_cast<double>(pmc.WorkingSetSize) / (1024.0 * 1024.0);
+#else
     malloc_trim(0);
     long pages = 0, resident = 0;
     std::ifstream("/proc/self/statm") >> pages >> resident;
     return static_cast<double>(resident) * static_cast<double>(sysconf(_SC_PAGESIZE)) / (1024.0 * 1024.0);
+#endif
 }
 
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();

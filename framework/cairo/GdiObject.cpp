@@ -6,6 +6,10 @@
 
 #include <initializer_list>
 
+CGdiObject::~CGdiObject() = default;
+
+const void* CGdiObject::GetSafeHandle() const { return m_bCreated ? this : nullptr; }
+
 BOOL CGdiObject::DeleteObject()
 {
     if (m_bStock || !m_bCreated) return FALSE;

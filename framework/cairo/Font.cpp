@@ -1,6 +1,6 @@
 #include <kygraph/Font.h>
 
-BOOL CFont::CreateFontIndirect(const LOGFONT* lf)
+BOOL CFont::CreateFontIndirect(const LOGFONTW* lf)
 {
     if (!lf || m_bStock) return FALSE;
     m_lf = *lf;
@@ -8,7 +8,7 @@ BOOL CFont::CreateFontIndirect(const LOGFONT* lf)
     return TRUE;
 }
 
-BOOL CFont::GetLogFont(LOGFONT* lf) const
+BOOL CFont::GetLogFont(LOGFONTW* lf) const
 {
     if (!lf || !m_bCreated) return FALSE;
     *lf = m_lf;

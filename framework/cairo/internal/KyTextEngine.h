@@ -20,7 +20,7 @@
 #include <unordered_map>
 #include <vector>
 
-class KyTextEngine {
+class KYFW_API KyTextEngine {  // exported for the framework's own tests
 public:
     // A logical font resolved to sizes in pixels.
     struct Font {

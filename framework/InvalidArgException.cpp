@@ -1,0 +1,3 @@
+#include <kygraph/InvalidArgException.h>
+
+CInvalidArgException::~CInvalidArgException() = default;

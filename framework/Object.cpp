@@ -1,0 +1,3 @@
+#include <kygraph/Object.h>
+
+CObject::~CObject() = default;
