@@ -120,7 +120,11 @@ double SatTemperature(const Coef& c, double p, double B)
     // f pws(t) = p: f varies a thousand times more slowly with t than pws, so each pass of
     // t = Tsat(p / f(t)) gains three digits; four reach the last bits from f = 1.
     for (int i = 0; i < 6 && t == t; ++i) {
-        const double next = SatTemperature(p / Real::Enhancement(t, Pws(t), B));
+        const double q = p / Real::Enhancement(t, Pws(t), B);
+        double next = SatTemperature(q);
+        // Saturation at the cold end within rounding (f moves q by more than 1e-12 there).
+        static const double kPwsMin = Pws(kMinT);
+        if (next != next && q >= kPwsMin * (1.0 - 1e-9)) next = kMinT;
         const bool done = std::fabs(next - t) < 1e-12;
         t = next;
         if (done) break;

@@ -118,17 +118,31 @@ constexpr int kMaxIter = 40;
 
 }  // namespace
 
-double Enhancement(double t, double pws, double B)
+namespace {
+
+// [G76] eq. 4's exponent, ln f, with the ITS-90 coefficients of [H98].
+double LnEnhancement(bool water, double t, double pws, double B)
 {
-    if (!(pws < B)) return 1.0;
-    // [G76] eq. 4 with the ITS-90 coefficients of [H98], over water at and above the triple
-    // point and over ice below it.
-    const bool water = OverWater(t + kT0);
     const double alpha = water ? 3.53624e-4 + t * (2.9328363e-5 + t * (2.6168979e-7 + t * 8.5813609e-9))
                                : 3.64449e-4 + t * (2.9367585e-5 + t * (4.8874766e-7 + t * 4.3669918e-9));
     const double lnBeta = water ? -1.07588e1 + t * (6.3268134e-2 + t * (-2.5368934e-4 + t * 6.3405286e-7))
                                 : -1.0728876e1 + t * (7.6215115e-2 + t * (-1.7540413e-4 + t * 2.1689756e-6));
-    return std::exp(alpha * (1.0 - pws / B) + std::exp(lnBeta) * (B / pws - 1.0));
+    return alpha * (1.0 - pws / B) + std::exp(lnBeta) * (B / pws - 1.0);
+}
+
+}  // namespace
+
+double Enhancement(double t, double pws, double B)
+{
+    if (!(pws < B)) return 1.0;
+    const bool water = OverWater(t + kT0);
+    if (water) return std::exp(LnEnhancement(true, t, pws, B));
+    // The two fits differ by 1.2e-4 at the triple point, and xws must not step there: a step
+    // down makes d(t*) fall and two wet bulbs answer one state. The ice fit is shifted to meet
+    // the water fit at the triple point (a tenth of its own uncertainty at 0 °C, none at -100).
+    static const double kPwsTp = Pws(kTripleC);
+    const double shift = LnEnhancement(true, kTripleC, kPwsTp, B) - LnEnhancement(false, kTripleC, kPwsTp, B);
+    return std::exp(LnEnhancement(false, t, pws, B) + shift);
 }
 
 double Enthalpy(double t, double W, double B) { return EnthalpyAt(VirialAt(t), W, B); }

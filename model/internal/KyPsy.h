@@ -145,7 +145,9 @@ inline double WFromHT(const Coef& c, double h, double t, double B)
 // checks allow it, so that a saturated state set by h reads as saturated.
 inline double WRounding(const Coef& c, double h, double t)
 {
-    return 4.0 * 2.220446049250313e-16 * (std::fabs(h) + c.cpa * std::fabs(t)) / (c.hg0 + c.cpv * t);
+    // The real gas's enthalpy sums more terms (its polynomials, the virial part): more ulps.
+    const double ulps = c.real ? 64.0 : 4.0;
+    return ulps * 2.220446049250313e-16 * (std::fabs(h) + c.cpa * std::fabs(t)) / (c.hg0 + c.cpv * t);
 }
 // Specific volume, m³/kg dry air: v = Rda T (1 + W/ratio) / B (ASHRAE 2017 eq. 26, written with
 // the formulation's own ratio so that v and W agree exactly).
