@@ -34,6 +34,11 @@ std::string SceneError::Format(const std::string& source) const
     return source + ":" + pointer + ": " + message;
 }
 
+const char* FormulationKey(Ky::_Formulation f)
+{
+    return f == Ky::FORMULATION_REALGAS ? "realgas" : f == Ky::FORMULATION_ASHRAE2017 ? "ashrae" : "chart";
+}
+
 std::string JsonPointer(const std::string& base, const std::string& key)
 {
     std::string out = base + "/";

@@ -199,7 +199,7 @@ public:
         Bool(doc, "", "antialias", s.antialias);
         Number(doc, "", "pressure", s.pressure, CKyChart::kMinB, CKyChart::kMaxB);
         Choice(doc, "", "formulation", s.formulation,
-               {{"chart", Ky::FORMULATION_CHART}, {"ashrae", Ky::FORMULATION_ASHRAE2017}});
+               {{"chart", Ky::FORMULATION_CHART}, {"ashrae", Ky::FORMULATION_ASHRAE2017}, {"realgas", Ky::FORMULATION_REALGAS}});
         if (const json* v = Section(doc, "", "range", {"tmin", "tmax", "dmin", "dmax"})) {
             const double t0 = CKyGRangeSetting::m_dValidMinT, t1 = CKyGRangeSetting::m_dValidMaxT;
             const double d0 = CKyGRangeSetting::m_dValidMinD, d1 = CKyGRangeSetting::m_dValidMaxD;

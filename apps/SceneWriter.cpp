@@ -121,7 +121,7 @@ ojson SceneWriter::ToJson(const Scene& s)
     PutSection(doc, "size", std::move(size));
     Put(doc, "antialias", s.antialias);
     Put(doc, "pressure", s.pressure);
-    if (s.formulation) doc["formulation"] = *s.formulation == Ky::FORMULATION_ASHRAE2017 ? "ashrae" : "chart";
+    if (s.formulation) doc["formulation"] = FormulationKey(*s.formulation);
 
     ojson range = ojson::object();
     Put(range, "tmin", s.range.tmin);

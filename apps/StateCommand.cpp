@@ -32,8 +32,8 @@ StateCommand::StateCommand(CLI::App& app)
         m_options[i] = m_cmd->add_option(std::string("--") + StateInput::Key(prop), m_values[i], kDescriptions[i]);
     }
     m_pressureOption = m_cmd->add_option("--pressure", m_pressure, "Atmospheric pressure, Pa (default 101325)");
-    m_cmd->add_option("--formulation", m_formulation, "Moist-air relations: chart or ashrae")
-        ->check(CLI::IsMember({"chart", "ashrae"}))
+    m_cmd->add_option("--formulation", m_formulation, "Moist-air relations: chart, ashrae or realgas")
+        ->check(CLI::IsMember({"chart", "ashrae", "realgas"}))
         ->capture_default_str();
     m_cmd->add_flag("--json", m_json, "One JSON object instead of a table");
     m_cmd->footer("Pairs: " + StateInput::SupportedPairs() +
@@ -62,7 +62,9 @@ int StateCommand::Run()
                            Num(CKyChart::kMaxB));
         return CommandLine::kExitUsage;
     }
-    model->SetFormulation(m_formulation == "ashrae" ? Ky::FORMULATION_ASHRAE2017 : Ky::FORMULATION_CHART);
+    model->SetFormulation(m_formulation == "realgas" ? Ky::FORMULATION_REALGAS
+                          : m_formulation == "ashrae" ? Ky::FORMULATION_ASHRAE2017
+                                                      : Ky::FORMULATION_CHART);
     CKyStaPnt pnt;
     std::string error;
     if (!input.Resolve(pnt, error)) {

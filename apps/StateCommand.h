@@ -1,4 +1,4 @@
-// StateCommand: `kygraph state --tdb 25 --rh 60 [--pressure PA] [--formulation chart|ashrae]
+// StateCommand: `kygraph state --tdb 25 --rh 60 [--pressure PA] [--formulation chart|ashrae|realgas]
 // [--json]`: every property of the state given by any supported pair.
 #pragma once
 

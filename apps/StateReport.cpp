@@ -31,9 +31,12 @@ const Row kRows[] = {
 
 std::string StateReport::Text(const CKyStaPnt& pnt)
 {
-    const bool ashrae = pnt.GetFormulation() == Ky::FORMULATION_ASHRAE2017;
+    const Ky::_Formulation f = pnt.GetFormulation();
     std::string out = "moist air at " + StringUtils::DblToStr(pnt.GetB(), 0).ToUtf8() + " Pa, " +
-                      (ashrae ? "ASHRAE 2017" : "chart") + " formulation\n";
+                      (f == Ky::FORMULATION_REALGAS      ? "real-gas (Hyland-Wexler 1983)"
+                       : f == Ky::FORMULATION_ASHRAE2017 ? "ASHRAE 2017"
+                                                         : "chart") +
+                      " formulation\n";
     for (const Row& r : kRows) {
         char line[128];
         std::snprintf(line, sizeof line, "  %-22s %-4s %12s %s\n", r.label, r.key,

@@ -14,16 +14,19 @@ CKyChart* CKyChart::InstanceGloble()
 bool CKyChart::SetGlobleB(double pa)
 {
     if (!(pa >= kMinB && pa <= kMaxB))  // also false for NaN
-        return Ky::Detail::Fail(*this, std::isfinite(pa) ? Ky::ERR_OUT_OF_DOMAIN : Ky::ERR_INVALID_INPUT,
-                                L"大气压力 %g Pa 不合法：应为 %g～%g Pa 之间的有限数，仍保持 %g Pa。", pa, kMinB,
-                                kMaxB, m_dB);
+        return Ky::Detail::Fail(
+            *this, std::isfinite(pa) ? Ky::ERR_OUT_OF_DOMAIN : Ky::ERR_INVALID_INPUT, L"%ls",
+            Ky::Detail::WithNumbers(L"大气压力 %g Pa 不合法：应为 %g～%g Pa 之间的有限数，仍保持 %g Pa。",
+                                    {pa, kMinB, kMaxB, m_dB})
+                .c_str());
     m_dB = pa;
     return true;
 }
 
 bool CKyChart::SetFormulation(Ky::_Formulation formulation)
 {
-    if (formulation != Ky::FORMULATION_CHART && formulation != Ky::FORMULATION_ASHRAE2017)
+    if (formulation != Ky::FORMULATION_CHART && formulation != Ky::FORMULATION_ASHRAE2017 &&
+        formulation != Ky::FORMULATION_REALGAS)
         return Ky::Detail::Fail(*this, Ky::ERR_INVALID_INPUT, L"未知的湿空气计算公式 %d，仍保持原公式。",
                                 static_cast<int>(formulation));
     m_eFormulation = formulation;

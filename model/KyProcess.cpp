@@ -190,7 +190,8 @@ bool CKyProcess::AddSteamHumidify(const CString& name, const CKyStaPnt& from, do
     if (!(tSteam >= 0.0 && tSteam <= Psy::kMaxT))
         return Fail(*this, Ky::ERR_OUT_OF_DOMAIN, L"过程“%ls”：蒸汽温度 %g °C 超出 0～200 °C。", name.GetString(),
                     tSteam);
-    // Each kg of steam brings the vapour enthalpy of the formulation at its temperature.
+    // Each kg of steam brings the vapour enthalpy of the formulation at its temperature (the
+    // real gas: its ideal-gas approximation, ASHRAE 2017 eq. 32's 2501 + 1.86 t).
     const Psy::Coef& c = Psy::CoefOf(from.GetFormulation());
     const double hSteam = c.hg0 + c.cpv * tSteam;  // kJ/kg of steam
     CKyStaPnt end;
@@ -247,7 +248,7 @@ bool CKyProcess::AddRatioProcess(const CString& name, const CKyStaPnt& from, con
             // lowers RH, cooling (-∞) raises it.
             const Psy::Coef& c = Psy::CoefOf(form);
             const double pv = Psy::PvFromW(c, d0 / 1000.0, b);
-            const double t = Psy::SatTemperature(pv / (value < 1.0 ? value : 1.0));
+            const double t = Psy::SatTemperature(c, pv / (value < 1.0 ? value : 1.0), b);
             if (!(t == t))
                 return Fail(*this, Ky::ERR_OUT_OF_DOMAIN, L"过程“%ls”：含湿量 %g g/kg 时达不到相对湿度 %g。",
                             name.GetString(), d0, value);
@@ -265,12 +266,12 @@ bool CKyProcess::AddRatioProcess(const CString& name, const CKyStaPnt& from, con
         const Psy::Coef& c = Psy::CoefOf(form);
         auto rhAt = [&](double dd) {
             const double w = dd / 1000.0;
-            const double t = Psy::TdbFromHW(c, h0 + e * (dd - d0) / 1000.0, w);
+            const double t = Psy::TdbFromHW(c, h0 + e * (dd - d0) / 1000.0, w, b);
             // The states' own margin at the ends of the range: a start at 200 °C derives
             // 200 °C plus a rounding error here, and its RH must not read NaN.
             if (!(t >= Psy::kMinT - Psy::kRangeMarginK && t <= Psy::kMaxT + Psy::kRangeMarginK)) return Psy::kNaN;
             const double pv = Psy::PvFromW(c, w, b);
-            return pv < b ? pv / Psy::Pws(t) : Psy::kNaN;
+            return pv < b ? pv / Psy::SatPartial(c, t, b) : Psy::kNaN;
         };
         const double f0 = rhAt(d0) - value;
         double lo = d0, hi = d0;

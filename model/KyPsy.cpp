@@ -10,10 +10,12 @@ namespace {
 // Newton's method safeguarded by a bracket, for an increasing f with a root in [lo, hi]
 // (the signs at the ends are assumed, not evaluated, to save transcendental calls). A step
 // that would leave the bracket, or a non-finite value, bisects instead, so the iteration
-// cannot run away; each evaluation narrows the bracket. Ends when a step shorter than tol is
-// confirmed by the sign of f just beyond it (Newton converges quadratically, so the error
-// left is then far below tol) or the bracket is narrower than tol; NaN after maxIter
-// evaluations.
+// cannot run away; each evaluation narrows the bracket. Ends when the Newton correction at an
+// evaluated point is below tol, or the bracket is narrower than tol; NaN after maxIter
+// evaluations. The correction f/f' measured where f was evaluated is the distance to the root
+// to first order, so the answer is within about tol of it; a short step alone is not enough:
+// near a pole of f (pv close to B) or across the kink of ln pws at the triple point the steps
+// shrink only linearly, and a short step can leave an error of a thousand times its length.
 template <class F>
 double SolveIncreasing(F&& f, double lo, double hi, double x, double tol, int maxIter)
 {
@@ -29,24 +31,10 @@ double SolveIncreasing(F&& f, double lo, double hi, double x, double tol, int ma
         } else {
             hi = x;  // NaN: treat as beyond the root (only happens where pws >= B)
         }
-        double next = x - fx / slope;
+        const double step = fx / slope;
+        double next = x - step;
         if (next >= lo && next <= hi) {
-            if (std::fabs(next - x) < tol) {
-                // A short step means convergence only once Newton is quadratic. Near a pole of
-                // f (pv close to B) the steps start short and grow as x moves away from the
-                // pole; so the root must lie just beyond next, or the iteration goes on from
-                // there. In the quadratic regime the error left is of order tol², so a probe a
-                // thousandth of tol beyond next finds the root at once.
-                const double reach = 1e-3 * tol;
-                const double probe = next < x ? next - reach : next + reach;
-                if (!(probe > lo && probe < hi)) return next;  // the bracket holds it that close
-                double probeSlope = 0.0;
-                const double fp = f(probe, probeSlope);
-                ++i;
-                if (next < x ? fp <= 0.0 : !(fp < 0.0)) return next;  // NaN is beyond the root
-                (next < x ? hi : lo) = probe;
-                next = probe;
-            }
+            if (std::fabs(step) < tol) return next;
         } else {
             next = 0.5 * (lo + hi);
             if (hi - lo < tol) return next;
@@ -72,14 +60,14 @@ inline double GuessInvTsat(double alpha, bool water)
 constexpr double kSatTolK = 1e-5;
 constexpr int kSatMaxIter = 30;
 
-// Wet-bulb step tolerance, K. A Newton step below 1e-5 K means the iteration is deep in its
-// quadratic regime: the error left is of order 1e-11 K (the round-trip tests hold it below
-// 1e-10 K over the whole domain), far tighter than the usual 1e-3 K of psychrometric codes.
-constexpr double kWetBulbTolK = 1e-5;
+// Wet-bulb tolerance, K: the last Newton correction, so the error left is about 1e-11 K, far
+// tighter than the usual 1e-3 K of psychrometric codes. Newton is quadratic, so reaching it
+// costs one evaluation more than a tolerance of 1e-5 K would.
+constexpr double kWetBulbTolK = 1e-11;
 constexpr int kWetBulbMaxIter = 60;
 
-// Dry bulb of a given (h, RH): step tolerance in K, as for the wet bulb.
-constexpr double kHRHTolK = 1e-5;
+// Dry bulb of a given (h, RH): tolerance in K, as for the wet bulb.
+constexpr double kHRHTolK = 1e-11;
 constexpr int kHRHMaxIter = 80;
 
 // A solved temperature for a state exactly at an end of the range may land a rounding error
@@ -125,14 +113,49 @@ double SatTemperature(double p)
     return kNaN;
 }
 
+double SatTemperature(const Coef& c, double p, double B)
+{
+    double t = SatTemperature(p);
+    if (!c.real) return t;
+    // f pws(t) = p: f varies a thousand times more slowly with t than pws, so each pass of
+    // t = Tsat(p / f(t)) gains three digits; four reach the last bits from f = 1.
+    for (int i = 0; i < 6 && t == t; ++i) {
+        const double q = p / Real::Enhancement(t, Pws(t), B);
+        double next = SatTemperature(q);
+        // Saturation at the cold end within rounding (f moves q by more than 1e-12 there).
+        static const double kPwsMin = Pws(kMinT);
+        if (next != next && q >= kPwsMin * (1.0 - 1e-9)) next = kMinT;
+        const bool done = std::fabs(next - t) < 1e-12;
+        t = next;
+        if (done) break;
+    }
+    return t;
+}
+
+namespace {
+
+// The enthalpy of the condensate on the wick at t* °C, kJ/kg, and its slope cw: liquid water
+// on the water branch, ice on the other (ASHRAE 2017 eqs. 33 and 35: 4.186 t*, and ice at
+// hg0 - a0Ice + 2.1 t*, -333.4 + 2.1 t* for the chart).
+inline double Condensate(const Coef& c, bool water, double ts, double& cw)
+{
+    cw = water ? kCw : kCice;
+    return water ? kCw * ts : (c.hg0 - c.a0Ice) + kCice * ts;
+}
+
+}  // namespace
+
 double WFromWetBulb(const Coef& c, double t, double twb, double B)
 {
-    const double p = Pws(twb);
+    const double pws = Pws(twb);
+    const double p = SatPartial(c, twb, pws, B);
     if (!(p < B)) return kNaN;
     const double ws = WFromPv(c, p, B);
-    const bool water = twb >= 0.0;
-    const double a0 = water ? c.hg0 : c.a0Ice;
-    const double cw = water ? kCw : kCice;
+    double cw = 0.0;
+    const double hw = Condensate(c, twb >= 0.0, twb, cw);
+    // The balance h(t, W) + (Ws* - W) hw* = h(t*, Ws*) solved for W.
+    if (c.real) return Real::WFromHT(Real::Enthalpy(twb, ws, B) - ws * hw, t, B, hw);
+    const double a0 = twb >= 0.0 ? c.hg0 : c.a0Ice;
     return ((a0 + (c.cpv - cw) * twb) * ws - c.cpa * (t - twb)) / (a0 + c.cpv * t - cw * twb);
 }
 
@@ -141,46 +164,40 @@ double WetBulb(const Coef& c, double t, double W, double B, double ps)
     // Saturated air (and air within rounding of it) is its own wet bulb.
     const double wsT = ps < B ? WFromPv(c, ps, B) : HUGE_VAL;
     if (W >= wsT) return t;
-    // Branch: the liquid-water balance when it has a root at or above 0 °C, otherwise ice.
-    // Where both balances have a root (a wet bulb just below 0 °C) the water one is taken: the
-    // two differ by the latent heat of fusion, and liquid water is what a wick holds first.
-    bool water = t >= 0.0;
-    if (water) {
-        static const double kPws0 = Pws(0.0);
-        const double ws0 = kPws0 < B ? WFromPv(c, kPws0, B) : HUGE_VAL;
-        const double w0 = (c.hg0 * ws0 - c.cpa * t) / (c.hg0 + c.cpv * t);
-        water = W >= w0;
-    }
-    const double a0 = water ? c.hg0 : c.a0Ice;
-    const double cw = water ? kCw : kCice;
-    const double a1 = c.cpv - cw;
+    // Branch: the liquid-water balance when it has a root at or above 0 °C, otherwise ice
+    // (KyStaPnt.h states the convention; the setter by wet bulb applies the same test).
+    const bool water = t >= 0.0 && W >= WFromWetBulb(c, t, 0.0, B);
+    const double h = Enthalpy(c, t, W, B);
     const double k = c.ratio * B;
-    const double dconst = a0 + c.cpv * t;
-    // g(t*) = (a0 + a1 t*) Ws(t*) - cpa (t - t*) - W (a0 + cpv t - cw t*): increasing, zero at
-    // the wet bulb (the balance multiplied out, so that no division can change sign).
+    // g(t*) = h(t*, Ws*) - h - (Ws* - W) hw(t*): increasing, zero at the wet bulb. Its slope is
+    // exact for the ideal gas; for the real gas the ideal-gas slope with f pws for pws is within
+    // 0.3 %, so Newton still gains more than two digits a step.
     auto g = [&](double ts, double& slope) {
         double s = 0.0;
-        const double p = std::exp(LnPws(ts + kT0, &s));
+        const double pws = std::exp(LnPws(ts + kT0, &s));
+        const double p = SatPartial(c, ts, pws, B);
         const double den = B - p;
         if (!(den > 0.0)) { slope = 1.0; return HUGE_VAL; }
         const double ws = c.ratio * p / den;
         const double dws = k * p * s / (den * den);
-        slope = a1 * ws + (a0 + a1 * ts) * dws + c.cpa + W * cw;
-        return (a0 + a1 * ts) * ws - c.cpa * (t - ts) - W * (dconst - cw * ts);
+        double cw = 0.0;
+        const double hw = Condensate(c, water, ts, cw);
+        slope = c.cpa + c.cpv * ws + dws * (c.hg0 + c.cpv * ts - hw) - (ws - W) * cw;
+        return Enthalpy(c, ts, ws, B) - h - (ws - W) * hw;
     };
     const double hi = water ? t : (t < 0.0 ? t : 0.0);
     const double lo = water ? 0.0 : kWetBulbFloorC;
     // First step from the top of the bracket, where Ws is known from ps (no exp needed) when
-    // the bracket top is the dry bulb.
+    // the bracket top is the dry bulb: g(t) = (wsT - W)(hg(t) - hw(t)).
     double x = hi;
     if (hi == t && ps < B) {
         const double s = LnPwsSlope(t + kT0);
         const double den = B - ps;
-        const double ws = wsT;
         const double dws = k * ps * s / (den * den);
-        const double slope = a1 * ws + (a0 + a1 * t) * dws + c.cpa + W * cw;
-        const double gt = (a0 + a1 * t) * ws - W * (dconst - cw * t);
-        x = t - gt / slope;
+        double cw = 0.0;
+        const double hw = Condensate(c, water, t, cw);
+        const double slope = c.cpa + c.cpv * wsT + dws * (c.hg0 + c.cpv * t - hw) - (wsT - W) * cw;
+        x = t - (wsT - W) * (c.hg0 + c.cpv * t - hw) / slope;
         if (!(x > lo)) x = 0.5 * (lo + hi);
     }
     const double r = SolveIncreasing(g, lo, hi, x, kWetBulbTolK, kWetBulbMaxIter);
@@ -189,21 +206,24 @@ double WetBulb(const Coef& c, double t, double W, double B, double ps)
 
 double TdbFromHRH(const Coef& c, double h, double rh, double B)
 {
-    // H(t) = cpa t + W(t) (hg0 + cpv t) - h with W(t) = ratio rh pws / (B - rh pws): increasing.
+    // H(t) = h(t, W(t)) - h with W(t) = ratio rh ps / (B - rh ps): increasing. Its slope is
+    // exact for the ideal gas and within 0.3 % for the real gas, as for the wet bulb.
     const double k = c.ratio * B;
     auto H = [&](double t, double& slope) {
         double s = 0.0;
-        const double pv = rh * std::exp(LnPws(t + kT0, &s));
+        const double pws = std::exp(LnPws(t + kT0, &s));
+        const double pv = rh * SatPartial(c, t, pws, B);
         const double den = B - pv;
         if (!(den > 0.0)) { slope = 1.0; return HUGE_VAL; }
         const double w = c.ratio * pv / den;
         const double dw = k * pv * s / (den * den);
         slope = c.cpa + c.cpv * w + dw * (c.hg0 + c.cpv * t);
-        return c.cpa * t + w * (c.hg0 + c.cpv * t) - h;
+        return Enthalpy(c, t, w, B) - h;
     };
     // Dry air at the same h bounds t from above (moisture only lowers t at given h).
-    double hi = h / c.cpa;
-    if (hi > kMaxT + 1.0) hi = kMaxT + 1.0;
+    // The real gas's dry air lies within 3 K of the ideal one's over the range (0.13 K at 90 °C).
+    double hi = c.real ? h / c.cpa + 3.0 : h / c.cpa;
+    if (!(hi <= kMaxT + 1.0)) hi = kMaxT + 1.0;
     const double lo = kMinT - 1.0;
     if (!(hi > lo)) return kNaN;
     const double r = SnapToRange(SolveIncreasing(H, lo, hi, hi, kHRHTolK, kHRHMaxIter));

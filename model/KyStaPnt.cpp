@@ -30,21 +30,35 @@ constexpr const wchar_t* kPv = L"水蒸气分压力 %g Pa";
 
 // Refuses a setter: "状态点参数不合法（<input A>，<input B>）：<reason>" through the one error
 // function of the library. reason is a complete clause; it may carry one or two numbers.
+// Numbers are written with the digits that tell them apart from the limits they break.
 bool Refuse(CKyObject& obj, Ky::_ErrorStatus status, const Inputs& in, const wchar_t* reason, double x = 0.0,
             double y = 0.0, double z = 0.0)
 {
-    wchar_t a[64], b[64], why[256];
-    std::swprintf(a, 64, in.nameA, in.a);
-    std::swprintf(b, 64, in.nameB, in.b);
-    std::swprintf(why, 256, reason, x, y, z);
-    return Ky::Detail::Fail(obj, status, L"状态点参数不合法（%ls，%ls）：%ls", a, b, why);
+    using Ky::Detail::WithNumbers;
+    return Ky::Detail::Fail(obj, status, L"状态点参数不合法（%ls，%ls）：%ls", WithNumbers(in.nameA, {in.a}).c_str(),
+                            WithNumbers(in.nameB, {in.b}).c_str(), WithNumbers(reason, {x, y, z}).c_str());
 }
 
 bool IsTdbInRange(double t) { return t >= CKyStaPnt::kMinTdb && t <= CKyStaPnt::kMaxTdb; }
 // A dry bulb derived from the pair may miss an end of the range by rounding (a state set at
 // exactly -100 °C and read back by (h, d)); 1e-9 K of margin keeps such states reachable.
 bool IsDerivedTdbInRange(double t) { return t >= CKyStaPnt::kMinTdb - 1e-9 && t <= CKyStaPnt::kMaxTdb + 1e-9; }
+// Such a dry bulb is stored as the end itself, so that every state reads back inside the
+// range and any other setter accepts what it reads.
+double SnapDerivedTdb(double t)
+{
+    if (t < CKyStaPnt::kMinTdb && IsDerivedTdbInRange(t)) return CKyStaPnt::kMinTdb;
+    if (t > CKyStaPnt::kMaxTdb && IsDerivedTdbInRange(t)) return CKyStaPnt::kMaxTdb;
+    return t;
+}
 
+// The excess of RH over 1 accepted as rounding in a state of dry bulb t, enthalpy h and humidity
+// ratio w (kg/kg): kRHTolerance, plus the rounding of a w derived from h - cpa t, which is far
+// larger where w is tiny (8.8e-9 kg/kg at -99.5 °C: 4e-9 of it).
+double RHRounding(const Psy::Coef& c, double t, double h, double w)
+{
+    return CKyStaPnt::kRHTolerance + (w > 0.0 ? Psy::WRounding(c, h, t) / w : 0.0);
+}
 }  // namespace
 
 CKyStaPnt::CKyStaPnt()
@@ -104,7 +118,7 @@ bool CKyStaPnt::Commit(const State& s)
 #define KY_REFUSE(status, ...) return Refuse(*this, status, in, __VA_ARGS__)
 
 // The whole of a candidate state is checked here before it is committed: dry bulb in range,
-// d >= 0, pv < B and RH <= 1 + kRHTolerance. Setters check their own inputs first so that the
+// d >= 0, pv < B and RH <= 1 + RHRounding. Setters check their own inputs first so that the
 // text names the input at fault; this catches what follows from the pair.
 #define KY_CHECK_STATE(s)                                                                              \
     do {                                                                                               \
@@ -114,8 +128,10 @@ bool CKyStaPnt::Commit(const State& s)
         if (!((s).d >= 0.0)) KY_REFUSE(Ky::ERR_OUT_OF_DOMAIN, L"由此得出的含湿量 %g g/kg 为负。", (s).d); \
         if (!((s).pv < (s).b))                                                                         \
             KY_REFUSE(Ky::ERR_OUT_OF_DOMAIN, L"水蒸气分压力 %g Pa 不小于大气压力 %g Pa。", (s).pv, (s).b); \
-        if (!((s).pv <= (s).ps * (1.0 + kRHTolerance)))                                                \
-            KY_REFUSE(Ky::ERR_SUPERSATURATED, L"相对湿度 %g 大于 1（过饱和）。", (s).pv / (s).ps);       \
+        const double rhTol_ = RHRounding(Psy::CoefOf((s).form), (s).tdb, (s).h, (s).d / 1000.0);       \
+        if (!((s).pv <= (s).ps * (1.0 + rhTol_)))                                                      \
+            KY_REFUSE(Ky::ERR_SUPERSATURATED, L"由此得出的相对湿度 %g 超过 1 与舍入容差 %g 之和（过饱和）。", \
+                      (s).pv / (s).ps, rhTol_);                                                        \
     } while (0)
 
 #define KY_CHECK_FINITE()                                                                         \
@@ -132,7 +148,8 @@ bool CKyStaPnt::Commit(const State& s)
 #define KY_CHECK_RH(rh)                                                                                  \
     do {                                                                                                 \
         if ((rh) < 0.0) KY_REFUSE(Ky::ERR_OUT_OF_DOMAIN, L"相对湿度 %g 为负。", rh);                      \
-        if ((rh) > 1.0 + kRHTolerance) KY_REFUSE(Ky::ERR_SUPERSATURATED, L"相对湿度 %g 大于 1（过饱和）。", rh); \
+        if ((rh) > 1.0 + kRHTolerance)                                                                  \
+            KY_REFUSE(Ky::ERR_SUPERSATURATED, L"相对湿度 %g 超过 1 与舍入容差 %g 之和（过饱和）。", rh, kRHTolerance); \
     } while (0)
 
 #define KY_CHECK_D(d)                                                                   \
@@ -157,14 +174,15 @@ inline Globals ReadGlobals()
 CKyStaPnt::State CKyStaPnt::State::AtTdbW(double tdb, double w, double b, Ky::_Formulation form)
 {
     const Psy::Coef& c = Psy::CoefOf(form);
-    return State{tdb, 1000.0 * w, Psy::Enthalpy(c, tdb, w), Psy::PvFromW(c, w, b), Psy::Pws(tdb), kNaN, b, form};
+    return State{tdb, 1000.0 * w, Psy::Enthalpy(c, tdb, w, b), Psy::PvFromW(c, w, b),
+                 Psy::SatPartial(c, tdb, b), kNaN, b, form};
 }
 
 CKyStaPnt::State CKyStaPnt::State::AtTdbPv(double tdb, double pv, double ps, double b, Ky::_Formulation form)
 {
     const Psy::Coef& c = Psy::CoefOf(form);
     const double w = Psy::WFromPv(c, pv, b);
-    return State{tdb, 1000.0 * w, Psy::Enthalpy(c, tdb, w), pv, ps, kNaN, b, form};
+    return State{tdb, 1000.0 * w, Psy::Enthalpy(c, tdb, w, b), pv, ps, kNaN, b, form};
 }
 
 bool CKyStaPnt::SetBy_TdbandRH(double tdb, double rh)
@@ -174,7 +192,7 @@ bool CKyStaPnt::SetBy_TdbandRH(double tdb, double rh)
     KY_CHECK_TDB(tdb);
     KY_CHECK_RH(rh);
     const Globals g = ReadGlobals();
-    const double ps = Psy::Pws(tdb);
+    const double ps = Psy::SatPartial(*g.c, tdb, g.b);
     const double pv = rh * ps;
     if (!(pv < g.b)) KY_REFUSE(Ky::ERR_OUT_OF_DOMAIN, L"水蒸气分压力 %g Pa 不小于大气压力 %g Pa。", pv, g.b);
     return Commit(State::AtTdbPv(tdb, pv, ps, g.b, g.form));
@@ -192,6 +210,16 @@ bool CKyStaPnt::SetBy_TdbandTwb(double tdb, double twb)
     if (w < 0.0 && w >= -kDTolerance / 1000.0) w = 0.0;
     if (!(w >= 0.0))
         KY_REFUSE(Ky::ERR_INCONSISTENT, L"湿球温度过低，由此得出的含湿量 %g g/kg 为负或无解。", 1000.0 * w);
+    // The one wet bulb GetTwb answers for this w: where an ice and a water wet bulb both exist,
+    // the water one (see the header). An ice wet bulb that GetTwb would not answer is refused.
+    if (twb < 0.0 && tdb >= 0.0) {
+        const double w0 = Psy::WFromWetBulb(*g.c, tdb, 0.0, g.b);
+        if (w >= w0)
+            KY_REFUSE(Ky::ERR_INCONSISTENT,
+                      L"由此得出的含湿量 %g g/kg 不低于湿球 0 °C 时的 %g g/kg，此时湿球按水面取 0 °C 及以上，"
+                      L"低于 0 °C 的冰面湿球在此不成立。",
+                      1000.0 * w, 1000.0 * w0);
+    }
     State s = State::AtTdbW(tdb, w, g.b, g.form);
     s.twb = twb;
     KY_CHECK_STATE(s);
@@ -214,14 +242,15 @@ bool CKyStaPnt::SetHD(double h, double d, double b, Ky::_Formulation form)
     State s;
     s.h = h;  // kept exactly as given: the chart maps a pixel to (h, d) and back
     s.d = d;
-    s.tdb = Psy::TdbFromHW(*g.c, h, w);
+    s.tdb = Psy::TdbFromHW(*g.c, h, w, g.b);
     s.pv = Psy::PvFromW(*g.c, w, g.b);
     s.twb = kNaN;
     s.b = g.b;
     s.form = g.form;
     if (!IsDerivedTdbInRange(s.tdb))
         KY_REFUSE(Ky::ERR_OUT_OF_DOMAIN, L"由此得出的干球温度 %g °C 超出 -100～200 °C 的计算范围。", s.tdb);
-    s.ps = Psy::Pws(s.tdb);
+    s.tdb = SnapDerivedTdb(s.tdb);
+    s.ps = Psy::SatPartial(*g.c, s.tdb, g.b);
     KY_CHECK_STATE(s);
     return Commit(s);
 }
@@ -232,14 +261,14 @@ bool CKyStaPnt::SetBy_HandTdb(double h, double tdb)
     KY_CHECK_FINITE();
     KY_CHECK_TDB(tdb);
     const Globals g = ReadGlobals();
-    double w = Psy::WFromHT(*g.c, h, tdb);
+    double w = Psy::WFromHT(*g.c, h, tdb, g.b);
     if (w < 0.0 && w >= -kDTolerance / 1000.0) w = 0.0;
     if (!(w >= 0.0))
         KY_REFUSE(Ky::ERR_OUT_OF_DOMAIN, L"焓低于同温度干空气的焓 %g kJ/kg，含湿量将为负。",
-                  Psy::Enthalpy(*g.c, tdb, 0.0));
+                  Psy::Enthalpy(*g.c, tdb, 0.0, g.b));
     State s = State::AtTdbW(tdb, w, g.b, g.form);
     s.h = h;  // kept exactly as given
-    if (s.pv < s.b && !(s.pv <= s.ps * (1.0 + kRHTolerance)))
+    if (s.pv < s.b && !(s.pv <= s.ps * (1.0 + RHRounding(*g.c, tdb, h, w))))
         KY_REFUSE(Ky::ERR_SUPERSATURATED, L"由此得出的含湿量 %g g/kg 超过该温度下的饱和含湿量 %g g/kg（过饱和）。",
                   s.d, s.ps < s.b ? 1000.0 * Psy::WFromPv(*g.c, s.ps, g.b) : HUGE_VAL);
     KY_CHECK_STATE(s);
@@ -262,7 +291,7 @@ bool CKyStaPnt::SetDT(double d, double tdb, double b, Ky::_Formulation form)
     const double w = d / 1000.0;
     State s = State::AtTdbW(tdb, w, g.b, g.form);
     s.d = d;  // kept exactly as given
-    if (s.pv < s.b && !(s.pv <= s.ps * (1.0 + kRHTolerance)))
+    if (s.pv < s.b && !(s.pv <= s.ps * (1.0 + RHRounding(*g.c, tdb, s.h, w))))
         KY_REFUSE(Ky::ERR_SUPERSATURATED, L"含湿量超过该温度下的饱和含湿量 %g g/kg（过饱和）。",
                   s.ps < s.b ? 1000.0 * Psy::WFromPv(*g.c, s.ps, g.b) : HUGE_VAL);
     KY_CHECK_STATE(s);
@@ -288,11 +317,11 @@ bool CKyStaPnt::SetBy_DandRH(double d, double rh)
     if (!(s.pv < g.b))
         KY_REFUSE(Ky::ERR_OUT_OF_DOMAIN, L"水蒸气分压力 %g Pa 不小于大气压力 %g Pa。", s.pv, g.b);
     // The dry bulb is where pws equals pv / RH: the saturation curve inverted.
-    s.tdb = Psy::SatTemperature(s.pv / (rh < 1.0 ? rh : 1.0));
+    s.tdb = Psy::SatTemperature(*g.c, s.pv / (rh < 1.0 ? rh : 1.0), g.b);
     if (!IsTdbInRange(s.tdb))
         KY_REFUSE(Ky::ERR_OUT_OF_DOMAIN, L"所需的干球温度超出 -100～200 °C 的计算范围。");
-    s.ps = Psy::Pws(s.tdb);
-    s.h = Psy::Enthalpy(*g.c, s.tdb, w);
+    s.ps = Psy::SatPartial(*g.c, s.tdb, g.b);
+    s.h = Psy::Enthalpy(*g.c, s.tdb, w, g.b);
     KY_CHECK_STATE(s);
     return Commit(s);
 }
@@ -318,10 +347,10 @@ bool CKyStaPnt::SetHRH(double h, double rh, double b, Ky::_Formulation form)
     s.tdb = t;
     // d from h and t in closed form, so that GetH returns h exactly and the state is
     // self-consistent; RH then carries the solver's residual (far below 1e-9).
-    const double w = Psy::WFromHT(*g.c, h, t);
+    const double w = Psy::WFromHT(*g.c, h, t, g.b);
     s.d = 1000.0 * (w > 0.0 ? w : 0.0);
     s.pv = Psy::PvFromW(*g.c, s.d / 1000.0, g.b);
-    s.ps = Psy::Pws(t);
+    s.ps = Psy::SatPartial(*g.c, t, g.b);
     s.twb = kNaN;
     s.b = g.b;
     s.form = g.form;
@@ -337,9 +366,10 @@ bool CKyStaPnt::SetBy_TdbandTdp(double tdb, double tdp)
     if (tdp > tdb) KY_REFUSE(Ky::ERR_SUPERSATURATED, L"露点温度高于干球温度（过饱和）。");
     if (!(tdp >= kMinTdb)) KY_REFUSE(Ky::ERR_OUT_OF_DOMAIN, L"露点温度低于 -100 °C 的计算范围。");
     const Globals g = ReadGlobals();
-    const double pv = Psy::Pws(tdp);
+    const double pv = Psy::SatPartial(*g.c, tdp, g.b);
     if (!(pv < g.b)) KY_REFUSE(Ky::ERR_OUT_OF_DOMAIN, L"水蒸气分压力 %g Pa 不小于大气压力 %g Pa。", pv, g.b);
-    const State s = State::AtTdbPv(tdb, pv, tdp == tdb ? pv : Psy::Pws(tdb), g.b, g.form);
+    const State s =
+        State::AtTdbPv(tdb, pv, tdp == tdb ? pv : Psy::SatPartial(*g.c, tdb, g.b), g.b, g.form);
     KY_CHECK_STATE(s);
     return Commit(s);
 }
@@ -352,7 +382,7 @@ bool CKyStaPnt::SetBy_TdbandPv(double tdb, double pv)
     if (pv < 0.0) KY_REFUSE(Ky::ERR_OUT_OF_DOMAIN, L"水蒸气分压力为负。");
     const Globals g = ReadGlobals();
     if (!(pv < g.b)) KY_REFUSE(Ky::ERR_OUT_OF_DOMAIN, L"水蒸气分压力不小于大气压力 %g Pa。", g.b);
-    const State s = State::AtTdbPv(tdb, pv, Psy::Pws(tdb), g.b, g.form);
+    const State s = State::AtTdbPv(tdb, pv, Psy::SatPartial(*g.c, tdb, g.b), g.b, g.form);
     KY_CHECK_STATE(s);
     return Commit(s);
 }
@@ -380,7 +410,10 @@ double CKyStaPnt::GetTdp() const
     if (m_dPv >= m_dPs) return m_dTdb;  // saturated
     // NaN for dry air and for a dew point below the -100 °C end of the saturation equation.
     // Near saturation the solver's last bit may land above the dry bulb; the dew point never does.
-    const double tdp = Psy::SatTemperature(m_dPv);
+    const Psy::Coef& c = Psy::CoefOf(m_eFormulation);
+    const double tdp = Psy::SatTemperature(c, m_dPv, m_dB);
+    // A state saturated within rounding at the cold end keeps its dew point, the dry bulb.
+    if (tdp != tdp && m_dPv >= m_dPs * (1.0 - RHRounding(c, m_dTdb, m_dH, m_dD / 1000.0))) return m_dTdb;
     return tdp > m_dTdb ? m_dTdb : tdp;
 }
 

@@ -10,8 +10,20 @@
 // A setter that fails returns false, leaves the reason (Chinese text naming the inputs) in
 // GetLastErrorString() and leaves the point exactly as it was. Refused: NaN or infinite
 // input, a dry bulb outside -100..200 °C, negative d, pv >= B, and a relative humidity above
-// 1 by more than 1e-9 (supersaturation: the model describes unsaturated air only).
-// A point that was never set answers NaN from every numeric getter.
+// 1 by more than 1e-9 plus the rounding of a d derived from h (supersaturation: the model
+// describes unsaturated air only). A dry bulb derived within 1e-9 K outside the range is
+// stored as the end of the range. A point that was never set answers NaN from every numeric
+// getter. Error texts write numbers with the digits that tell them from the limits.
+//
+// The wet bulb near 0 °C. Over water (t* >= 0 °C) and over ice (t* < 0 °C) the adiabatic-
+// saturation balances differ by the latent heat of fusion, so for air at t >= 0 °C whose d
+// lies between d(t, t* = 0 over water) and d(t, t* -> 0 over ice) both have a root: a water
+// wet bulb in 0..~0.3 °C and an ice one in ~-0.7..0 °C (the window; at 5 °C, 101325 Pa,
+// 1.748..2.0 g/kg). The convention, in both directions: where a water wet bulb at or above
+// 0 °C exists it is the wet bulb (the wick holds liquid water until it reaches 0 °C).
+// GetTwb is therefore continuous except at the lower edge of the window, where it steps from
+// the ice root up to 0 °C (by up to 0.7 K, for dry air near 9.35 °C); SetBy_TdbandTwb refuses
+// an ice wet bulb whose d lies in the window, as GetTwb would answer the water one for it.
 #pragma once
 
 #include <kygraph/KyObject.h>
@@ -20,7 +32,7 @@ class KYARITHM_API CKyStaPnt : public CKyObject {
 public:
     static constexpr double kMinTdb = -100.0;  // °C, lower end of the Hyland-Wexler ice equation
     static constexpr double kMaxTdb = 200.0;   // °C, upper end of the Hyland-Wexler water equation
-    static constexpr double kRHTolerance = 1e-9;  // accepted excess of RH over 1 (rounding)
+    static constexpr double kRHTolerance = 1e-9;  // accepted excess of RH over 1 (rounding), at least
     // A d derived from the pair (never a d given as input) that is negative by less than this,
     // g/kg, is rounding and becomes 0: dry air at the end of an isenthalp or a wet bulb.
     static constexpr double kDTolerance = 1e-9;
@@ -34,7 +46,7 @@ public:
 
     // ---- setters: true when the state exists and was set ----
     bool SetBy_TdbandRH(double tdb, double rh);    // dry bulb °C, RH fraction
-    bool SetBy_TdbandTwb(double tdb, double twb);  // dry bulb °C, wet bulb °C (twb <= tdb)
+    bool SetBy_TdbandTwb(double tdb, double twb);  // dry bulb °C, wet bulb °C (twb <= tdb; see above near 0 °C)
     bool SetBy_HandD(double h, double d);          // kJ/kg, g/kg; h and d are kept exactly
     bool SetBy_HandTdb(double h, double tdb);      // kJ/kg, °C
     bool SetBy_DandTdb(double d, double tdb);      // g/kg, °C
@@ -47,11 +59,11 @@ public:
     double GetTdb() const;  // dry-bulb temperature, °C
     double GetTwb() const;  // thermodynamic wet-bulb temperature, °C (over ice below 0 °C)
     double GetTdp() const;  // dew point, °C (frost point below 0.01 °C)
-    double GetRH() const;   // relative humidity pv/pws(tdb), fraction
+    double GetRH() const;   // relative humidity pv/ps, fraction (real gas: xw/xws, with f)
     double GetD() const;    // moisture content, g/kg dry air
     double GetH() const;    // specific enthalpy, kJ/kg dry air
     double GetPv() const;   // partial pressure of water vapour, Pa
-    double GetPs() const;   // saturation pressure at the dry bulb, Pa
+    double GetPs() const;   // saturation pressure at the dry bulb, Pa (real gas: f pws = xws B)
     double GetV() const;    // specific volume, m³/kg dry air
     double GetRho() const;  // density of the moist air, kg/m³
 

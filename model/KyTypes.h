@@ -17,6 +17,8 @@ enum _ErrorStatus : int {
 enum _Formulation : int {
     FORMULATION_CHART = 0,       // the chart's own: 1.01 t + 0.001 d (2500 + 1.84 t), 622
     FORMULATION_ASHRAE2017 = 1,  // ASHRAE Handbook - Fundamentals (2017), chapter 1, ideal gas
+    FORMULATION_REALGAS = 2,     // Hyland and Wexler (1983): enhancement factor and virial terms,
+                                 // the basis of the ASHRAE tables of moist air
 };
 
 }  // namespace Ky

@@ -14,7 +14,7 @@ import sys
 # Sections in print order; a benchmark goes to the first whose pattern matches its name.
 # A benchmark no pattern knows is still printed, under "Other".
 SECTIONS = [
-    ("State model", r"^(Setter/|Getter/|SetBy_)"),
+    ("State model", r"^(Setter/|Getter/|SetBy_|SetterRealGas/|GetterRealGas_)"),
     ("Mapping between pixels and states (1000x800)", r"^BM_Convert"),
     ("Redraw: whole chart, line families, furniture", r"^BM_(FullRedraw|Isotherms|Constant|RelativeHumidity|DrawAlone)"),
     ("Drawing primitives (1000x800 raster)", r"^BM_(LineTo|Polyline|Arc|Ellipse|TextOut|GetTextExtent)"),
@@ -32,6 +32,10 @@ TARGETS = {
         ((500, "ns"), ["Setter/SetBy_HandRH", "SetBy_HandRH_Saturated", "Setter/SetBy_DandRH",
                        "Setter/SetBy_TdbandTwb", "Setter/SetBy_HandTdb"]),
         ((300, "ns"), ["Getter/GetTwb"]),
+        ((1, "us"), [f"SetterRealGas/SetBy_{pair}" for pair in
+                     ("TdbandRH", "TdbandTwb", "HandD", "HandTdb", "DandTdb", "DandRH", "HandRH", "TdbandTdp",
+                      "TdbandPv")]),
+        ((2, "us"), ["GetterRealGas_GetTwb"]),
         ((150, "ns"), ["Getter/GetTdp"]),
         ((200, "ns"), ["BM_ConvertPixelToState", "BM_ConvertStateToPixel"]),
         ((10, "ms"), ["BM_FullRedraw/1000x800"]),

@@ -231,6 +231,7 @@ nlohmann::json ChartSession::EffectiveSettings()
         {"intervals", {{"d", hst.m_dDInterval}, {"h", hst.m_dHInterval}, {"t", hst.m_dTInterval}, {"rh", hst.m_dRHInterval}}},
         {"range", {{"tmin", range.GetMinT()}, {"tmax", range.GetMaxT()}, {"dmin", range.GetMinD()}, {"dmax", range.GetMaxD()}}},
         {"pressure", CKyChart::InstanceGloble()->GetGlobleB()},
+        {"formulation", FormulationKey(CKyChart::InstanceGloble()->GetFormulation())},
         {"winter", hst.m_bWinter != 0},
         {"design",
          {{"summer",

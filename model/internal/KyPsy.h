@@ -7,6 +7,8 @@
 
 #include <kygraph/KyTypes.h>
 
+#include "KyRealGas.h"
+
 #include <cmath>
 
 namespace Ky::Psy {
@@ -39,6 +41,9 @@ struct Coef {
     double cpv;    // kJ/(kg K), vapour
     double ratio;  // kg/kg, Mw/Mda
     double a0Ice;  // kJ/kg, hg0 plus the latent heat of fusion (-enthalpy of ice at 0 °C)
+    // The real-gas relations of KyRealGas.h instead of the ideal-gas ones below; the
+    // coefficients above then serve the solvers as the ideal-gas approximation they step with.
+    bool real;
 };
 constexpr double kCw = 4.186;     // kJ/(kg K), liquid water
 constexpr double kCice = 2.1;     // kJ/(kg K), ice
@@ -46,11 +51,17 @@ constexpr double kCice = 2.1;     // kJ/(kg K), ice
 // The chart's own: 1.01 t + 0.001 d (2500 + 1.84 t), d = 622 pv/(B - pv). Its wet-bulb balance
 // uses the same enthalpies, with ice at -333.4 + 2.1 t kJ/kg (ASHRAE 2017 ch. 1, below eq. 35),
 // so that the wet bulb agrees with the chart's own isenthalps.
-constexpr Coef kChart{1.01, 2500.0, 1.84, 0.622, 2500.0 + 333.4};
+constexpr Coef kChart{1.01, 2500.0, 1.84, 0.622, 2500.0 + 333.4, false};
 // ASHRAE 2017 ch. 1: eqs. 22 (0.621945), 32 (1.006, 2501, 1.86), 33 and 35 (2830).
-constexpr Coef kAshrae{1.006, 2501.0, 1.86, 0.621945, 2830.0};
+constexpr Coef kAshrae{1.006, 2501.0, 1.86, 0.621945, 2830.0, false};
+// Hyland and Wexler (1983); the condensate of its wet-bulb balance is water at 4.186 t and ice
+// at -333.4 + 2.1 t kJ/kg (ASHRAE 2017 ch. 1, eq. 33 and below eq. 35).
+constexpr Coef kRealGas{1.006, 2501.0, 1.86, Real::kRatio, 2501.0 + 333.4, true};
 
-inline const Coef& CoefOf(Ky::_Formulation f) { return f == Ky::FORMULATION_ASHRAE2017 ? kAshrae : kChart; }
+inline const Coef& CoefOf(Ky::_Formulation f)
+{
+    return f == Ky::FORMULATION_REALGAS ? kRealGas : f == Ky::FORMULATION_ASHRAE2017 ? kAshrae : kChart;
+}
 
 // ---- saturation pressure, Hyland and Wexler (1983), ASHRAE 2017 ch. 1 eqs. 5 and 6 ----
 // ln pws = C1/T + C2 + C3 T + C4 T^2 + C5 T^3 (+ C6 T^4) + C7 ln T, pws in Pa, T in K.
@@ -95,26 +106,54 @@ inline double LnPwsSlope(double T)
 // Saturation pressure pws (Pa) at t °C, eqs. 5 and 6; the caller has checked t (kMinT..kMaxT).
 inline double Pws(double t) { return std::exp(LnPws(t + kT0)); }
 
-// ---- the ideal-gas relations of one formulation ----
+// ---- the relations of one formulation ----
+// pv is the partial pressure of vapour xw B (ASHRAE 2017 eq. 18 for the real gas as well).
 // Humidity ratio W (kg/kg) of vapour at partial pressure pv in air at B (Pa, pv < B):
 // ASHRAE 2017 ch. 1 eq. 20 with the formulation's ratio (the chart's d = 622 pv/(B - pv)).
 inline double WFromPv(const Coef& c, double pv, double B) { return c.ratio * pv / (B - pv); }
 // The same relation solved for pv (Pa); below B for any finite W >= 0.
 inline double PvFromW(const Coef& c, double W, double B) { return B * W / (c.ratio + W); }
+// The partial pressure of vapour in saturated air at t °C, Pa: pws(t), and for the real gas
+// f pws(t) = xws B (ASHRAE 2017 eq. 23 with the enhancement factor f). RH is pv over it
+// (ASHRAE 2017 eq. 24: xw / xws). pws is Pws(t), passed by callers that already have it.
+inline double SatPartial(const Coef& c, double t, double pws, double B)
+{
+    return c.real ? Real::Enhancement(t, pws, B) * pws : pws;
+}
+inline double SatPartial(const Coef& c, double t, double B) { return SatPartial(c, t, Pws(t), B); }
 // Specific enthalpy (kJ/kg dry air) at t °C and W kg/kg: ASHRAE 2017 eq. 32 in form, with the
 // formulation's coefficients. Valid where the ideal-gas mixture is, -100..200 °C.
-inline double Enthalpy(const Coef& c, double t, double W) { return c.cpa * t + W * (c.hg0 + c.cpv * t); }
-// Dry bulb (°C) from h (kJ/kg) and W (kg/kg): the enthalpy relation solved in closed form, not
-// iterated, so that setting by (h, d) keeps h and d exactly and t is off by rounding only.
-inline double TdbFromHW(const Coef& c, double h, double W) { return (h - c.hg0 * W) / (c.cpa + c.cpv * W); }
+inline double Enthalpy(const Coef& c, double t, double W, double B)
+{
+    return c.real ? Real::Enthalpy(t, W, B) : c.cpa * t + W * (c.hg0 + c.cpv * t);
+}
+// Dry bulb (°C) from h (kJ/kg) and W (kg/kg): the enthalpy relation solved in closed form (the
+// real gas: to the last bits), so that setting by (h, d) keeps h and d exactly and t is off by
+// rounding only.
+inline double TdbFromHW(const Coef& c, double h, double W, double B)
+{
+    return c.real ? Real::TdbFromHW(h, W, B) : (h - c.hg0 * W) / (c.cpa + c.cpv * W);
+}
 // W (kg/kg) from h (kJ/kg) and t (°C), the same relation solved for W; negative when h is
 // below the enthalpy of dry air at t.
-inline double WFromHT(const Coef& c, double h, double t) { return (h - c.cpa * t) / (c.hg0 + c.cpv * t); }
+inline double WFromHT(const Coef& c, double h, double t, double B)
+{
+    return c.real ? Real::WFromHT(h, t, B, 0.0) : (h - c.cpa * t) / (c.hg0 + c.cpv * t);
+}
+// Absolute rounding error (kg/kg) of a W derived from h at t by WFromHT: h - cpa t cancels
+// where W is small, so a few ulps of h and cpa t become a large share of W. Supersaturation
+// checks allow it, so that a saturated state set by h reads as saturated.
+inline double WRounding(const Coef& c, double h, double t)
+{
+    // The real gas's enthalpy sums more terms (its polynomials, the virial part): more ulps.
+    const double ulps = c.real ? 64.0 : 4.0;
+    return ulps * 2.220446049250313e-16 * (std::fabs(h) + c.cpa * std::fabs(t)) / (c.hg0 + c.cpv * t);
+}
 // Specific volume, m³/kg dry air: v = Rda T (1 + W/ratio) / B (ASHRAE 2017 eq. 26, written with
 // the formulation's own ratio so that v and W agree exactly).
 inline double SpecificVolume(const Coef& c, double t, double W, double B)
 {
-    return kRda * (t + kT0) * (1.0 + W / c.ratio) / B;
+    return c.real ? Real::SpecificVolume(t, W, B) : kRda * (t + kT0) * (1.0 + W / c.ratio) / B;
 }
 
 // ---- solvers (KyPsy.cpp) ----
@@ -123,6 +162,9 @@ inline double SpecificVolume(const Coef& c, double t, double W, double B)
 // and over ice below it. p in Pa, positive and finite. NaN when the temperature lies outside
 // -100..200 °C or the solver fails. Used for the dew (frost) point and for states of given RH.
 double SatTemperature(double p);
+// The same for the formulation's saturated partial pressure: the t with SatPartial(t) = p at
+// B; the dew point of vapour at partial pressure p (ASHRAE 2017 eq. 23 with f for the real gas).
+double SatTemperature(const Coef& c, double p, double B);
 
 // Thermodynamic wet bulb, °C, of air at t °C with humidity ratio W at pressure B, where pws(t)
 // is ps. NaN when no wet bulb exists in range or the solver fails.

@@ -69,7 +69,7 @@ TEST(CommandLine, EachBadInputGivesOneLineAndItsStatus)
         {{"state", "--d", "10", "--pv", "1500"}, 2,
          "the pair d+pv is not supported; use one of tdb+rh, tdb+twb, tdb+tdp, tdb+pv, d+tdb, h+tdb, h+d, d+rh, h+rh"},
         {{"state", "--tdb", "25", "--rh", "60", "--pressure", "20000"}, 2, "--pressure: 20000 is out of range 50000..110000"},
-        {{"state", "--tdb", "25", "--rh", "60", "--formulation", "iso"}, 2, "--formulation: iso not in {chart,ashrae}"},
+        {{"state", "--tdb", "25", "--rh", "60", "--formulation", "iso"}, 2, "--formulation: iso not in {chart,ashrae,realgas}"},
         {{"locate", "20", "20"}, 1, "pixel (20, 20): 指定点不在焓湿图的有效范围之内。"},
         {{"locate", "1000", "5"}, 2, "pixel (1000, 5) lies outside the 1000x800 client area"},
         {{"locate", "--size", "200x100", "-1", "5"}, 2, "pixel (-1, 5) lies outside the 200x100 client area"},

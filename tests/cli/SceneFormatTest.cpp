@@ -150,7 +150,7 @@ TEST(SceneReader, ReportsEachProblemWithItsPlace)
         {"{\"size\": {\"width\": 640.5, \"height\": 1e9}}",
          "scene:/size/width: expected an integer, found 640.5\nscene:/size/height: 1e+09 is out of range 1..8192"},
         {"{\"pressure\": \"high\", \"formulation\": \"iso\"}",
-         "scene:/pressure: expected a number, found a string\nscene:/formulation: \"iso\" is not one of chart, ashrae"},
+         "scene:/pressure: expected a number, found a string\nscene:/formulation: \"iso\" is not one of chart, ashrae, realgas"},
         {"{\"pressure\": 40000}", "scene:/pressure: 40000 is out of range 50000..110000"},
         {"{\"range\": {\"tmin\": -90}, \"intervals\": {\"d\": 0}, \"lengths\": \"big\"}",
          "scene:/range/tmin: -90 is out of range -80..90\nscene:/intervals/d: 0 is out of range 0.1..1000\n"

@@ -372,6 +372,7 @@ async function fillSettings() {
     if (!input.name) continue;
     if (input.name === "season") input.checked = (input.value === "winter") === !!eff.winter;
     else if (input.type === "checkbox") input.checked = !!getPath(eff, input.name);
+    else if (input.tagName === "SELECT") input.value = String(getPath(eff, input.name));
     else {
       const v = getPath(eff, input.name);
       input.value = typeof v === "number" ? String(v) : "";
@@ -387,6 +388,7 @@ settingsForm.addEventListener("change", (ev) => {
   const next = structuredClone(scene);
   if (input.name === "season") next.winter = input.value === "winter";
   else if (input.type === "checkbox") setPath(next, input.name, input.checked);
+  else if (input.tagName === "SELECT") setPath(next, input.name, input.value);
   else if (input.value === "") {
     showMessage(`${input.name}: a value is needed`, true);
     return;
