@@ -10,6 +10,7 @@ pkgs=(
   nlohmann-json3-dev libcli11-dev libcpp-httplib-dev
   poppler-utils libxml2-utils ccache python3
   chromium
+  g++-mingw-w64-x86-64 wine wine64 xvfb xauth
 )
 
 # Node.js drives the viewer's browser tests. An image may carry its own build of node with npm

@@ -86,7 +86,8 @@ TEST_F(StaPnt, EveryPairRoundTripsOverTheDomain)
                     for (const SetterCase& s : kSetters) {
                         const double a = r.*s.a, v = r.*s.b;
                         if (std::isnan(a) || std::isnan(v)) continue;  // dew point below -100 °C
-                        if (s.set == &CKyStaPnt::SetBy_DandRH && rh == 0.0) continue;  // no temperature
+                        // By name: a DLL's member-function address differs between the table and here on Windows.
+                        if (std::string(s.name) == "DandRH" && rh == 0.0) continue;  // no temperature
                         SCOPED_TRACE(::testing::Message() << s.name << " f=" << f << " B=" << b << " t=" << t
                                                           << " rh=" << rh);
                         CKyStaPnt p;
