@@ -1,11 +1,23 @@
 #include "CommandLine.h"
 
+#include "DecimalNumber.h"
 #include "SceneReader.h"
 
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <iostream>
 
 void CommandLine::Error(const std::string& message) { std::cerr << "kygraph: " << message << std::endl; }
+
+int CommandLine::FinishOutput(int status)
+{
+    std::cout.flush();
+    const bool lost = !std::cout || std::fflush(stdout) != 0 || std::ferror(stdout);
+    if (!lost) return status;
+    Error(std::string("cannot write the output: ") + std::strerror(errno ? errno : EIO));
+    return status == kExitOk ? kExitFailure : status;
+}
 
 int CommandLine::ParseFailed(CLI::App& app, const CLI::ParseError& e)
 {
@@ -23,6 +35,17 @@ int CommandLine::ParseFailed(CLI::App& app, const CLI::ParseError& e)
         Error(e.what());
     }
     return kExitUsage;
+}
+
+CLI::Validator CommandLine::Decimal()
+{
+    return CLI::Validator(
+        [](std::string& text) {
+            double ignored = 0.0;
+            return DecimalNumber::Parse(text, ignored) ? std::string()
+                                                       : "expected a decimal number, got \"" + text + "\"";
+        },
+        "DECIMAL");
 }
 
 bool CommandLine::ParseSize(const std::string& text, int& width, int& height, std::string& error)

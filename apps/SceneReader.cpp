@@ -1,5 +1,7 @@
 #include "SceneReader.h"
 
+#include "DecimalNumber.h"
+
 #include <kygraph/KyChart.h>
 #include <kygraph/KyGRangeSetting.h>
 
@@ -24,13 +26,6 @@ namespace {
 constexpr size_t kMaxDepth = 64;
 // A scene is a few kilobytes; anything near this is not a scene file.
 constexpr std::streamoff kMaxFileBytes = 16 << 20;
-
-std::string Num(double v)
-{
-    char buf[32];
-    std::snprintf(buf, sizeof buf, "%g", v);
-    return buf;
-}
 
 // Line and column (1-based, in characters) of the byte at offset in text.
 void LineColumn(std::string_view text, size_t offset, int& line, int& column)
@@ -89,9 +84,14 @@ public:
             const size_t colon = what.find(": ");
             if (colon != std::string::npos) what.erase(0, colon + 2);
         }
-        // The position is just past the offending token; point at its start.
+        // The position is just past the offending token; point at its start. After a complete
+        // value the parser's last token holds everything read since ("{} {"): only what follows
+        // its last blank is the token, unless it is a string, which may hold blanks itself.
+        std::string_view token = lastToken;
+        const size_t blank = token.find_last_of(" \t\r\n");
+        if (!token.empty() && token.front() != '"' && blank != std::string_view::npos) token.remove_prefix(blank + 1);
         SceneError e;
-        LineColumn(m_text, position > lastToken.size() ? position - lastToken.size() : 0, e.line, e.column);
+        LineColumn(m_text, position > token.size() ? position - token.size() : 0, e.line, e.column);
         e.message = "malformed JSON: " + what;
         m_errors.push_back(e);
         return false;
@@ -317,7 +317,7 @@ private:
         }
         const double x = v.get<double>();
         if (!(x >= min && x <= max)) {
-            Error(ptr, Num(x) + " is out of range " + Num(min) + ".." + Num(max));
+            Error(ptr, DecimalNumber::Text(x) + " is out of range " + DecimalNumber::Text(min) + ".." + DecimalNumber::Text(max));
             return false;
         }
         out = x;
@@ -337,7 +337,7 @@ private:
         if (!v) return;
         const std::string p = JsonPointer(ptr, key);
         if (!v->is_number() || v->get<double>() != std::floor(v->get<double>())) {
-            Error(p, "expected an integer, found " + (v->is_number() ? Num(v->get<double>()) : KindOf(*v)));
+            Error(p, "expected an integer, found " + (v->is_number() ? DecimalNumber::Text(v->get<double>()) : KindOf(*v)));
             return;
         }
         double x = 0.0;

@@ -6,6 +6,7 @@
 // and that every JSON answer is JSON.
 #include "ApiParams.h"
 #include "ChartSession.h"
+#include "DecimalNumber.h"
 #include "ViewerServer.h"
 
 #include <fuzzer/FuzzedDataProvider.h>
@@ -58,7 +59,7 @@ std::string QueryValue(FuzzedDataProvider& in, const std::string& name)
     default: v = in.ConsumeRandomLengthString(12); break;
     }
     long long n = 0;
-    if ((name == "w" || name == "h") && serve::ParseInt(v, n) && n > kMaxSide) v = std::to_string(kMaxSide);
+    if ((name == "w" || name == "h") && DecimalNumber::ParseInt(v, n) && n > kMaxSide) v = std::to_string(kMaxSide);
     return v;
 }
 

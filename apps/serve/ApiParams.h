@@ -74,8 +74,4 @@ private:
     std::string m_error;
 };
 
-// Parses the whole of text as a decimal integer / finite number; false otherwise.
-bool ParseInt(std::string_view text, long long& value);
-bool ParseFiniteDouble(std::string_view text, double& value);
-
 }  // namespace serve

@@ -16,6 +16,7 @@ ServeCommand::ServeCommand(CLI::App& app)
     m_cmd = app.add_subcommand("serve", "Serve the chart viewer to the browser on this machine");
     m_cmd->add_option("scene", m_scene, "Scene file to open; \"save\" writes it back (created when new)");
     m_cmd->add_option("--port", m_port, "Port to listen on; 0 picks a free one")
+        ->check(CommandLine::Decimal())
         ->check(CLI::Range(0, 65535))
         ->capture_default_str();
     m_cmd->add_option("--host", m_host, "Address to listen on")->capture_default_str();
