@@ -100,7 +100,10 @@ bool SceneApplier::Apply(const Scene& scene, std::vector<SceneError>& errors)
     if (errors.size() == before) CheckDesign(errors);
     if (errors.size() == before) BuildOverlays(scene, errors);
     m_names.clear();
-    if (errors.size() == before) return true;
+    if (errors.size() == before) {
+        CopySettings(m_applied, *live);
+        return true;
+    }
 
     CopySettings(*live, saved);
     model->SetGlobleB(savedB);
@@ -110,6 +113,8 @@ bool SceneApplier::Apply(const Scene& scene, std::vector<SceneError>& errors)
     m_ratioLines = std::move(ratioLines);
     return false;
 }
+
+void SceneApplier::Reapply() const { CopySettings(*CKyGChartSetting::GetKyGChartSetting(), m_applied); }
 
 void SceneApplier::ApplySettings(const Scene& s, std::vector<SceneError>& errors)
 {

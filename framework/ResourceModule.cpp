@@ -2,7 +2,9 @@
 
 namespace {
 const CResourceModule kNoModule("", nullptr, 0);
-const CResourceModule* g_current = nullptr;
+// Per thread, as the framework's module state is: a thread that maps a pixel while another
+// draws must not see, or restore, the other's current module.
+thread_local const CResourceModule* g_current = nullptr;
 }  // namespace
 
 CResourceModule::CResourceModule(const char* name, const KyStringEntry* entries, int count)
