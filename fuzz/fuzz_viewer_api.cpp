@@ -119,7 +119,7 @@ std::string Request(FuzzedDataProvider& in)
     }
     request += " HTTP/1.1\r\n";
     if (in.ConsumeProbability<double>() < 0.9)
-        request += "Host: " + Pick(in, {"127.0.0.1:8080", "localhost", "[::1]:8080", "example.com"}) + "\r\n";
+        request += "Host: " + Pick(in, {"127.0.0.1", "localhost", "[::1]", "127.0.0.1:8080", "example.com"}) + "\r\n";
     if (route.method[0] != 'G' || in.ConsumeBool())
         request += "Content-Type: " + Pick(in, {"application/json", "application/json; charset=utf-8", "text/plain"}) +
                    "\r\n";

@@ -15,6 +15,9 @@ namespace serve {
 
 // Largest image side the viewer draws, pixels: 8192 x 8192 ARGB is 256 MiB per surface.
 inline constexpr int kMaxImageSide = 8192;
+// Most pixels one image may have (4096 x 4096, 64 MiB of ARGB): a side may reach
+// kMaxImageSide only while the other stays small.
+inline constexpr long long kMaxImagePixels = 4096LL * 4096LL;
 // Largest request body, bytes; a scene of hundreds of points is a few tens of kilobytes.
 inline constexpr std::size_t kMaxBodyBytes = 1u << 20;
 // Longest name of a state point, bytes of UTF-8.
