@@ -61,12 +61,16 @@ bool CommandLine::ParseSize(const std::string& text, int& width, int& height, st
         error = "--size: expected WxH with sides 1.." + std::to_string(Scene::kMaxSide) + ", got \"" + text + "\"";
         return false;
     }
+    if (static_cast<long long>(width) * height > Scene::kMaxPixels) {
+        error = "--size: " + text + " is beyond the " + std::to_string(Scene::kMaxPixels) + " pixels one drawing may have";
+        return false;
+    }
     return true;
 }
 
 void CommandLine::ReportErrors(const std::string& source, const std::vector<SceneError>& errors)
 {
-    for (const SceneError& e : errors) Error(e.Format(source));
+    for (const SceneError& e : SceneError::Shown(errors)) Error(e.Format(source));
 }
 
 bool CommandLine::LoadScene(const std::string& path, Scene& scene)

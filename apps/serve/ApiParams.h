@@ -4,6 +4,8 @@
 // message of the 400 answer, so a handler reads everything and then asks Ok() once.
 #pragma once
 
+#include "Scene.h"
+
 #include <httplib.h>
 #include <nlohmann/json.hpp>
 
@@ -17,7 +19,7 @@ namespace serve {
 inline constexpr int kMaxImageSide = 8192;
 // Most pixels one image may have (4096 x 4096, 64 MiB of ARGB): a side may reach
 // kMaxImageSide only while the other stays small.
-inline constexpr long long kMaxImagePixels = 4096LL * 4096LL;
+inline constexpr long long kMaxImagePixels = Scene::kMaxPixels;
 // Largest request body, bytes; a scene of hundreds of points is a few tens of kilobytes.
 inline constexpr std::size_t kMaxBodyBytes = 1u << 20;
 // Longest name of a state point, bytes of UTF-8.

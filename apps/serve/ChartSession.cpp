@@ -91,7 +91,7 @@ std::shared_mutex& SceneLock()
 nlohmann::json ErrorsJson(const std::vector<SceneError>& errors)
 {
     nlohmann::json list = nlohmann::json::array();
-    for (const SceneError& e : errors) list.push_back({{"pointer", e.pointer}, {"message", e.Format("scene")}});
+    for (const SceneError& e : SceneError::Shown(errors)) list.push_back({{"pointer", e.pointer}, {"message", e.Format("scene")}});
     return nlohmann::json{{"error", errors.empty() ? std::string("invalid scene") : errors.front().Format("scene")},
                           {"errors", std::move(list)}};
 }

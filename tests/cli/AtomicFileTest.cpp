@@ -107,12 +107,3 @@ TEST(AtomicFile, SignalMidWriteRemovesTheTemporaryFile)
     EXPECT_EQ(Entries(dir), (std::vector<std::string>{"scene.json"}));
     EXPECT_EQ(clitest::ReadText(dir / "scene.json"), "old");
 }
-
-TEST(CommandLine, OutputThatCannotBeWrittenIsAFailure)
-{
-    for (const char* args : {"state --tdb 25 --rh 50", "locate 500 400", "--help", "render --help"}) {
-        const std::string cmd = clitest::Quote(clitest::kBinary) + " " + args + " >/dev/full 2>/dev/null";
-        const int raw = std::system(cmd.c_str());
-        EXPECT_TRUE(WIFEXITED(raw) && WEXITSTATUS(raw) == 1) << args << ": " << raw;
-    }
-}
