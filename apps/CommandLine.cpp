@@ -1,11 +1,23 @@
 #include "CommandLine.h"
 
+#include "DecimalNumber.h"
 #include "SceneReader.h"
 
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <iostream>
 
 void CommandLine::Error(const std::string& message) { std::cerr << "kygraph: " << message << std::endl; }
+
+int CommandLine::FinishOutput(int status)
+{
+    std::cout.flush();
+    const bool lost = !std::cout || std::fflush(stdout) != 0 || std::ferror(stdout);
+    if (!lost) return status;
+    Error(std::string("cannot write the output: ") + std::strerror(errno ? errno : EIO));
+    return status == kExitOk ? kExitFailure : status;
+}
 
 int CommandLine::ParseFailed(CLI::App& app, const CLI::ParseError& e)
 {
@@ -25,6 +37,17 @@ int CommandLine::ParseFailed(CLI::App& app, const CLI::ParseError& e)
     return kExitUsage;
 }
 
+CLI::Validator CommandLine::Decimal()
+{
+    return CLI::Validator(
+        [](std::string& text) {
+            double ignored = 0.0;
+            return DecimalNumber::Parse(text, ignored) ? std::string()
+                                                       : "expected a decimal number, got \"" + text + "\"";
+        },
+        "DECIMAL");
+}
+
 bool CommandLine::ParseSize(const std::string& text, int& width, int& height, std::string& error)
 {
     // Digits only: no sign, no spaces, at most five digits a side.
@@ -38,12 +61,16 @@ bool CommandLine::ParseSize(const std::string& text, int& width, int& height, st
         error = "--size: expected WxH with sides 1.." + std::to_string(Scene::kMaxSide) + ", got \"" + text + "\"";
         return false;
     }
+    if (static_cast<long long>(width) * height > Scene::kMaxPixels) {
+        error = "--size: " + text + " is beyond the " + std::to_string(Scene::kMaxPixels) + " pixels one drawing may have";
+        return false;
+    }
     return true;
 }
 
 void CommandLine::ReportErrors(const std::string& source, const std::vector<SceneError>& errors)
 {
-    for (const SceneError& e : errors) Error(e.Format(source));
+    for (const SceneError& e : SceneError::Shown(errors)) Error(e.Format(source));
 }
 
 bool CommandLine::LoadScene(const std::string& path, Scene& scene)

@@ -18,8 +18,16 @@ public:
     // Prints "kygraph: <message>" on stderr.
     static void Error(const std::string& message);
 
+    // Flushes stdout: status when everything written reached it, else kExitFailure after a
+    // one-line report (a full disk, a closed pipe).
+    static int FinishOutput(int status);
+
     // The exit status for a command line CLI11 refused; help and version print and give 0.
     static int ParseFailed(CLI::App& app, const CLI::ParseError& e);
+
+    // A check for numeric options: plain decimal only, so that "0x10" or "1e" is refused
+    // rather than read as some other number.
+    static CLI::Validator Decimal();
 
     // "WxH" with both sides 1..Scene::kMaxSide. False with a reason otherwise.
     static bool ParseSize(const std::string& text, int& width, int& height, std::string& error);

@@ -12,8 +12,12 @@
 LocateCommand::LocateCommand(CLI::App& app)
 {
     m_cmd = app.add_subcommand("locate", "Print the state under a pixel of the chart");
-    m_cmd->add_option("x", m_x, "Pixel column, from the left of the client area")->required();
-    m_cmd->add_option("y", m_y, "Pixel row, from the top of the client area")->required();
+    m_cmd->add_option("x", m_x, "Pixel column, from the left of the client area")
+        ->required()
+        ->check(CommandLine::Decimal());
+    m_cmd->add_option("y", m_y, "Pixel row, from the top of the client area")
+        ->required()
+        ->check(CommandLine::Decimal());
     m_cmd->add_option("--size", m_size, "Client size in pixels, WxH (default: the scene's, else 1000x800)");
     m_cmd->add_option("--scene", m_scene, "Scene file whose settings place the chart");
     m_cmd->add_flag("--json", m_json, "One JSON object instead of a table");

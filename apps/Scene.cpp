@@ -34,9 +34,27 @@ std::string SceneError::Format(const std::string& source) const
     return source + ":" + pointer + ": " + message;
 }
 
+<<<<<<< HEAD
 const char* FormulationKey(Ky::_Formulation f)
 {
     return f == Ky::FORMULATION_REALGAS ? "realgas" : f == Ky::FORMULATION_ASHRAE2017 ? "ashrae" : "chart";
+=======
+std::vector<SceneError> SceneError::Shown(const std::vector<SceneError>& errors)
+{
+    if (errors.size() <= kMaxShown) return errors;
+    std::vector<SceneError> shown(errors.begin(), errors.begin() + kMaxShown);
+    shown.push_back({"", 0, 0, std::to_string(errors.size() - kMaxShown) + " more problems not shown"});
+    return shown;
+}
+
+std::string SceneError::Quoted(const std::string& text)
+{
+    constexpr std::size_t kMax = 64;
+    if (text.size() <= kMax) return text;
+    std::size_t cut = kMax;
+    while (cut > 0 && (static_cast<unsigned char>(text[cut]) & 0xC0) == 0x80) --cut;  // not inside a character
+    return text.substr(0, cut) + "...";
+>>>>>>> issue-16
 }
 
 std::string JsonPointer(const std::string& base, const std::string& key)

@@ -15,6 +15,7 @@
 #include <optional>
 #include <string>
 #include <variant>
+#include <cstddef>
 #include <vector>
 
 // Where a marker puts its name, or no name at all.
@@ -143,6 +144,10 @@ struct Scene {
     static constexpr int kDefaultWidth = 1000;
     static constexpr int kDefaultHeight = 800;
     static constexpr int kMaxSide = 8192;
+    // Bounds on the work one scene may ask for; each is named when it is hit.
+    static constexpr long long kMaxPixels = 4096LL * 4096LL;  // image area: 64 MiB of ARGB
+    static constexpr std::size_t kMaxPathStates = 2000;       // states of one path
+    static constexpr std::size_t kMaxStates = 5000;           // states, paths included, of a scene
 
     std::optional<int> width, height;  // client size in pixels
     std::optional<bool> antialias;
@@ -173,6 +178,13 @@ struct SceneError {
 
     // "<source>:/points/2/rh: message", "<source>:3:14: message" or "<source>: message".
     std::string Format(const std::string& source) const;
+
+    // Most problems reported of one scene; the rest are counted.
+    static constexpr std::size_t kMaxShown = 20;
+    // The first kMaxShown of errors and, when there are more, one that counts the rest.
+    static std::vector<SceneError> Shown(const std::vector<SceneError>& errors);
+    // text as a message may quote it: at most 64 bytes, cut at a character, "..." when cut.
+    static std::string Quoted(const std::string& text);
 };
 
 // A JSON pointer for key appended to base, with "~" and "/" escaped.

@@ -1,5 +1,7 @@
 #include "SceneApplier.h"
 
+#include "DecimalNumber.h"
+
 #include <kygraph/KyChart.h>
 #include <kygraph/KyGChart.h>
 #include <kygraph/KyGSameAS.h>
@@ -11,13 +13,6 @@
 namespace {
 
 CString Wide(const std::string& utf8) { return CString::FromUtf8(utf8); }
-
-std::string Num(double v)
-{
-    char buf[32];
-    std::snprintf(buf, sizeof buf, "%g", v);
-    return buf;
-}
 
 // Every member of the settings the scene can change, so that a snapshot restores it whole.
 void CopySettings(CKyGChartSetting& to, const CKyGChartSetting& from)
@@ -105,7 +100,10 @@ bool SceneApplier::Apply(const Scene& scene, std::vector<SceneError>& errors)
     if (errors.size() == before) CheckDesign(errors);
     if (errors.size() == before) BuildOverlays(scene, errors);
     m_names.clear();
-    if (errors.size() == before) return true;
+    if (errors.size() == before) {
+        CopySettings(m_applied, *live);
+        return true;
+    }
 
     CopySettings(*live, saved);
     model->SetGlobleB(savedB);
@@ -115,6 +113,8 @@ bool SceneApplier::Apply(const Scene& scene, std::vector<SceneError>& errors)
     m_ratioLines = std::move(ratioLines);
     return false;
 }
+
+void SceneApplier::Reapply() const { CopySettings(*CKyGChartSetting::GetKyGChartSetting(), m_applied); }
 
 void SceneApplier::ApplySettings(const Scene& s, std::vector<SceneError>& errors)
 {
@@ -131,8 +131,8 @@ void SceneApplier::ApplySettings(const Scene& s, std::vector<SceneError>& errors
     const CKyGRangeSetting& def = m_defaults.m_RangeSetting;
     const double tmin = s.range.tmin.value_or(def.GetMinT()), tmax = s.range.tmax.value_or(def.GetMaxT());
     const double dmin = s.range.dmin.value_or(def.GetMinD()), dmax = s.range.dmax.value_or(def.GetMaxD());
-    if (!(tmin < tmax)) errors.push_back({"/range", 0, 0, "tmin " + Num(tmin) + " must be below tmax " + Num(tmax)});
-    if (!(dmin < dmax)) errors.push_back({"/range", 0, 0, "dmin " + Num(dmin) + " must be below dmax " + Num(dmax)});
+    if (!(tmin < tmax)) errors.push_back({"/range", 0, 0, "tmin " + DecimalNumber::Text(tmin) + " must be below tmax " + DecimalNumber::Text(tmax)});
+    if (!(dmin < dmax)) errors.push_back({"/range", 0, 0, "dmin " + DecimalNumber::Text(dmin) + " must be below dmax " + DecimalNumber::Text(dmax)});
     CKyGRangeSetting& range = set.m_RangeSetting;
     range.SetMinT(tmin);
     range.SetMaxT(tmax);
@@ -142,7 +142,7 @@ void SceneApplier::ApplySettings(const Scene& s, std::vector<SceneError>& errors
         for (const auto& c : corners) {
             CKyStaPnt p;
             if (!p.SetBy_DandTdb(c[0], c[1])) {
-                errors.push_back({"/range", 0, 0, "the corner d " + Num(c[0]) + " g/kg, t " + Num(c[1]) +
+                errors.push_back({"/range", 0, 0, "the corner d " + DecimalNumber::Text(c[0]) + " g/kg, t " + DecimalNumber::Text(c[1]) +
                                                       " °C is not a state: " + p.GetLastErrorString().ToUtf8()});
                 break;
             }

@@ -31,6 +31,14 @@ public:
     // formulation and overlays are left exactly as they were before the call.
     bool Apply(const Scene& scene, std::vector<SceneError>& errors);
 
+    // Puts the settings of the last successful Apply back into the settings singleton (a fit to
+    // a window changes the draw scale). The pressure and formulation are left as they are: only
+    // Apply changes them, so a host may read the model on other threads meanwhile.
+    void Reapply() const;
+    // The settings as the last successful Apply left them (the defaults before any), for a
+    // host that maps pixels with a chart of its own (CKyGChart(CKyGChartSetting&)).
+    const CKyGChartSetting& Applied() const { return m_applied; }
+
     // Draws the ratio lines, the processes and the state points of the last successful Apply,
     // in that order, through chart.Draw. True when every one was drawn; otherwise false with
     // one error (the chart's or the element's text) for each that was not, the others drawn.
@@ -70,6 +78,7 @@ private:
     };
 
     DefaultSettings m_defaults;
+    DefaultSettings m_applied;
 
     std::map<std::string, CKyStaPnt> m_names;  // named states of the scene being applied
     std::vector<Marker> m_markers;

@@ -1,5 +1,7 @@
 #include "SceneReader.h"
 
+#include "DecimalNumber.h"
+
 #include <kygraph/KyChart.h>
 #include <kygraph/KyGRangeSetting.h>
 
@@ -24,13 +26,6 @@ namespace {
 constexpr size_t kMaxDepth = 64;
 // A scene is a few kilobytes; anything near this is not a scene file.
 constexpr std::streamoff kMaxFileBytes = 16 << 20;
-
-std::string Num(double v)
-{
-    char buf[32];
-    std::snprintf(buf, sizeof buf, "%g", v);
-    return buf;
-}
 
 // Line and column (1-based, in characters) of the byte at offset in text.
 void LineColumn(std::string_view text, size_t offset, int& line, int& column)
@@ -89,9 +84,14 @@ public:
             const size_t colon = what.find(": ");
             if (colon != std::string::npos) what.erase(0, colon + 2);
         }
-        // The position is just past the offending token; point at its start.
+        // The position is just past the offending token; point at its start. After a complete
+        // value the parser's last token holds everything read since ("{} {"): only what follows
+        // its last blank is the token, unless it is a string, which may hold blanks itself.
+        std::string_view token = lastToken;
+        const size_t blank = token.find_last_of(" \t\r\n");
+        if (!token.empty() && token.front() != '"' && blank != std::string_view::npos) token.remove_prefix(blank + 1);
         SceneError e;
-        LineColumn(m_text, position > lastToken.size() ? position - lastToken.size() : 0, e.line, e.column);
+        LineColumn(m_text, position > token.size() ? position - token.size() : 0, e.line, e.column);
         e.message = "malformed JSON: " + what;
         m_errors.push_back(e);
         return false;
@@ -195,6 +195,9 @@ public:
         if (const json* v = Section(doc, "", "size", {"width", "height"})) {
             Int(*v, "/size", "width", s.width, 1, Scene::kMaxSide);
             Int(*v, "/size", "height", s.height, 1, Scene::kMaxSide);
+            if (s.width && s.height && static_cast<long long>(*s.width) * *s.height > Scene::kMaxPixels)
+                Error("/size", "an image of " + std::to_string(*s.width) + " x " + std::to_string(*s.height) +
+                                   " pixels is beyond the " + std::to_string(Scene::kMaxPixels) + " pixels one drawing may have");
         }
         Bool(doc, "", "antialias", s.antialias);
         Number(doc, "", "pressure", s.pressure, CKyChart::kMinB, CKyChart::kMaxB);
@@ -269,7 +272,7 @@ private:
             const std::string& key = item.key();
             if (key == "comment" || std::any_of(keys.begin(), keys.end(), [&](const char* k) { return key == k; }))
                 continue;
-            std::string message = "unknown key \"" + key + "\"";
+            std::string message = "unknown key \"" + SceneError::Quoted(key) + "\"";
             // Suggest only near misses: one edit in a short key, two in a longer one.
             const char* best = nullptr;
             size_t bestDistance = key.size() <= 4 ? 2 : 3;
@@ -278,7 +281,7 @@ private:
                 if (d < bestDistance) bestDistance = d, best = k;
             }
             if (best) message += " (did you mean \"" + std::string(best) + "\"?)";
-            Error(JsonPointer(ptr, key), message);
+            Error(JsonPointer(ptr, SceneError::Quoted(key)), message);
         }
         return true;
     }
@@ -317,7 +320,7 @@ private:
         }
         const double x = v.get<double>();
         if (!(x >= min && x <= max)) {
-            Error(ptr, Num(x) + " is out of range " + Num(min) + ".." + Num(max));
+            Error(ptr, DecimalNumber::Text(x) + " is out of range " + DecimalNumber::Text(min) + ".." + DecimalNumber::Text(max));
             return false;
         }
         out = x;
@@ -337,7 +340,7 @@ private:
         if (!v) return;
         const std::string p = JsonPointer(ptr, key);
         if (!v->is_number() || v->get<double>() != std::floor(v->get<double>())) {
-            Error(p, "expected an integer, found " + (v->is_number() ? Num(v->get<double>()) : KindOf(*v)));
+            Error(p, "expected an integer, found " + (v->is_number() ? DecimalNumber::Text(v->get<double>()) : KindOf(*v)));
             return;
         }
         double x = 0.0;
@@ -552,6 +555,11 @@ private:
         case SceneStep::kTypeCount:
             Object(j, ptr, {"type", "name", "points"});
             Require(j, ptr, {"points"});
+            if (const json* pts = Find(j, "points"); pts && pts->is_array() && pts->size() > Scene::kMaxPathStates) {
+                Error(JsonPointer(ptr, "points"), "a path holds at most " + std::to_string(Scene::kMaxPathStates) +
+                                                      " states; this one has " + std::to_string(pts->size()));
+                break;
+            }
             ForEach(j, ptr, "points", [&](const json& item, const std::string& p) {
                 std::optional<SceneStateRef> r;
                 ReadRef(item, p, r);
@@ -682,6 +690,14 @@ bool SceneReader::Parse(std::string_view text, Scene& scene, std::vector<SceneEr
     // Keys given twice are reported with everything else the document has wrong.
     scene = Scene();
     Reader(errors).ReadScene(doc, scene);
+    std::size_t states = scene.points.size() + scene.ratioLines.size();
+    for (const SceneProcess& p : scene.processes) {
+        states += p.states.size();
+        for (const SceneStep& st : p.steps) states += st.points.size() + 1;
+    }
+    if (states > Scene::kMaxStates)
+        errors.push_back({"", 0, 0, "the scene has " + std::to_string(states) + " states, paths included; at most " +
+                                        std::to_string(Scene::kMaxStates) + " are drawn"});
     return errors.size() == before;
 }
 

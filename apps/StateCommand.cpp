@@ -1,6 +1,7 @@
 #include "StateCommand.h"
 
 #include "CommandLine.h"
+#include "DecimalNumber.h"
 #include "StateReport.h"
 
 #include <kygraph/KyChart.h>
@@ -15,13 +16,6 @@ const char* const kDescriptions[StateInput::kPropCount] = {
     "Moisture content, g/kg dry air", "Specific enthalpy, kJ/kg dry air", "Vapour pressure, Pa",
 };
 
-std::string Num(double v)
-{
-    char buf[32];
-    std::snprintf(buf, sizeof buf, "%g", v);
-    return buf;
-}
-
 }  // namespace
 
 StateCommand::StateCommand(CLI::App& app)
@@ -29,11 +23,19 @@ StateCommand::StateCommand(CLI::App& app)
     m_cmd = app.add_subcommand("state", "Print every property of a state of moist air given by two of them");
     for (int i = 0; i < StateInput::kPropCount; ++i) {
         const auto prop = static_cast<StateInput::Prop>(i);
-        m_options[i] = m_cmd->add_option(std::string("--") + StateInput::Key(prop), m_values[i], kDescriptions[i]);
+        m_options[i] = m_cmd->add_option(std::string("--") + StateInput::Key(prop), m_values[i], kDescriptions[i])
+                             ->check(CommandLine::Decimal());
     }
+<<<<<<< HEAD
     m_pressureOption = m_cmd->add_option("--pressure", m_pressure, "Atmospheric pressure, Pa (default 101325)");
     m_cmd->add_option("--formulation", m_formulation, "Moist-air relations: chart, ashrae or realgas")
         ->check(CLI::IsMember({"chart", "ashrae", "realgas"}))
+=======
+    m_pressureOption = m_cmd->add_option("--pressure", m_pressure, "Atmospheric pressure, Pa (default 101325)")
+                           ->check(CommandLine::Decimal());
+    m_cmd->add_option("--formulation", m_formulation, "Moist-air relations: chart or ashrae")
+        ->check(CLI::IsMember({"chart", "ashrae"}))
+>>>>>>> issue-16
         ->capture_default_str();
     m_cmd->add_flag("--json", m_json, "One JSON object instead of a table");
     m_cmd->footer("Pairs: " + StateInput::SupportedPairs() +
@@ -50,16 +52,16 @@ int StateCommand::Run()
         const auto prop = static_cast<StateInput::Prop>(i);
         const StateInput::Limits lim = StateInput::LimitsOf(prop);
         if (!(m_values[i] >= lim.min && m_values[i] <= lim.max)) {
-            CommandLine::Error(std::string("--") + StateInput::Key(prop) + ": " + Num(m_values[i]) +
-                               " is out of range " + Num(lim.min) + ".." + Num(lim.max));
+            CommandLine::Error(std::string("--") + StateInput::Key(prop) + ": " + DecimalNumber::Text(m_values[i]) +
+                               " is out of range " + DecimalNumber::Text(lim.min) + ".." + DecimalNumber::Text(lim.max));
             return CommandLine::kExitUsage;
         }
         input.Set(prop, m_values[i]);
     }
     CKyChart* model = CKyChart::InstanceGloble();
     if (m_pressureOption->count() > 0 && !model->SetGlobleB(m_pressure)) {
-        CommandLine::Error("--pressure: " + Num(m_pressure) + " is out of range " + Num(CKyChart::kMinB) + ".." +
-                           Num(CKyChart::kMaxB));
+        CommandLine::Error("--pressure: " + DecimalNumber::Text(m_pressure) + " is out of range " + DecimalNumber::Text(CKyChart::kMinB) + ".." +
+                           DecimalNumber::Text(CKyChart::kMaxB));
         return CommandLine::kExitUsage;
     }
     model->SetFormulation(m_formulation == "realgas" ? Ky::FORMULATION_REALGAS

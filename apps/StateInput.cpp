@@ -1,5 +1,7 @@
 #include "StateInput.h"
 
+#include "DecimalNumber.h"
+
 #include <kygraph/KyChart.h>
 
 namespace {
@@ -84,6 +86,11 @@ bool StateInput::Resolve(CKyStaPnt& pnt, std::string& error) const
         if (!Has(s.a) || !Has(s.b)) continue;
         if (s.set(pnt, Get(s.a), Get(s.b))) return true;
         error = pnt.GetLastErrorString().ToUtf8();
+        // The model's text may quote a quantity it could not compute ("nan"); name the inputs
+        // instead, which the reader can act on.
+        if (error.find("nan") != std::string::npos || error.find("inf") != std::string::npos)
+            error = std::string("no state of moist air has ") + Key(s.a) + " " + DecimalNumber::Text(Get(s.a)) + " " +
+                    Unit(s.a) + " and " + Key(s.b) + " " + DecimalNumber::Text(Get(s.b)) + " " + Unit(s.b);
         return false;
     }
     std::string given;

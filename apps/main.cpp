@@ -20,13 +20,16 @@ int main(int argc, char** argv)
     StateCommand state(app);
     LocateCommand locate(app);
     ServeCommand serve(app);
+    int status = CommandLine::kExitOk;
     try {
         app.parse(argc, argv);
+        status = render.Selected() ? render.Run()
+                 : state.Selected() ? state.Run()
+                 : serve.Selected() ? serve.Run()
+                                    : locate.Run();
     } catch (const CLI::ParseError& e) {
-        return CommandLine::ParseFailed(app, e);
+        status = CommandLine::ParseFailed(app, e);
     }
-    if (render.Selected()) return render.Run();
-    if (state.Selected()) return state.Run();
-    if (serve.Selected()) return serve.Run();
-    return locate.Run();
+    // A report that never reached its reader (a full disk, a closed pipe) is a failure.
+    return CommandLine::FinishOutput(status);
 }

@@ -28,16 +28,19 @@ struct Corners {
 
 // The plot-area corners every mapping needs, computed on each call from the live settings
 // (cheap: a few multiplications, no state-point copies), so they always follow the host.
-Corners PlotCorners(CPoint ptOrigin)
+Corners PlotCorners(const CKyGChartSetting* set, CPoint ptOrigin)
 {
-    const CKyGChartSetting* set = CKyGChartSetting::GetKyGChartSetting();
     const double s = set->GetDrawScale();
+    // The range lengths of set itself: its GetTRangeLength and GetDRangeLength read the
+    // singleton's draw scale, which is the same number unless set is a chart's own settings.
+    const double tLength = set->m_RangeSetting.GetTRange() * set->m_dTLength * s;
+    const double dLength = set->m_RangeSetting.GetDRange() * set->m_dDLength * s;
     Corners c;
     c.minTMinD = ptOrigin + CSize(Ky::TruncToInt(set->m_dLeftMargin * s), Ky::TruncToInt(-set->m_dBottomMargin * s));
     // The y offset is truncated as one sum on purpose.
     c.origin = ptOrigin + CSize(Ky::TruncToInt(set->m_dLeftMargin * s),
-                                Ky::TruncToInt(-(set->GetTRangeLength() + set->m_dBottomMargin * s)));
-    c.maxTMaxD = c.origin + CSize(Ky::TruncToInt(set->GetDRangeLength()), 0);
+                                Ky::TruncToInt(-(tLength + set->m_dBottomMargin * s)));
+    c.maxTMaxD = c.origin + CSize(Ky::TruncToInt(dLength), 0);
     return c;
 }
 
@@ -47,9 +50,8 @@ bool UsableDenominator(double v) { return std::isfinite(v) && v != 0.0; }
 double Diff(int a, int b) { return static_cast<double>(a) - static_cast<double>(b); }
 
 // Pixel to enthalpy along the oblique axis; 0 below the bottom reference.
-int HFromPixel(const Corners& c, double tanH, const CPoint& pt, double& h)
+int HFromPixel(const CKyGRangeSetting& range, const Corners& c, double tanH, const CPoint& pt, double& h)
 {
-    const CKyGRangeSetting& range = CKyGChartSetting::GetKyGChartSetting()->m_RangeSetting;
     const double height = Diff(c.minTMinD.y, c.origin.y);
     if (!UsableDenominator(height)) return 0;
     const double r = (tanH * Diff(pt.x, c.minTMinD.x) + Diff(c.minTMinD.y, pt.y)) / height;
@@ -59,9 +61,8 @@ int HFromPixel(const Corners& c, double tanH, const CPoint& pt, double& h)
 }
 
 // Pixel to moisture content; 0 left of the left edge.
-int DFromPixel(const Corners& c, const CPoint& pt, double& d)
+int DFromPixel(const CKyGRangeSetting& range, const Corners& c, const CPoint& pt, double& d)
 {
-    const CKyGRangeSetting& range = CKyGChartSetting::GetKyGChartSetting()->m_RangeSetting;
     const double width = Diff(c.maxTMaxD.x, c.origin.x);
     if (!UsableDenominator(width)) return 0;
     const double r = Diff(pt.x, c.origin.x) / width;
@@ -82,6 +83,15 @@ CKyGChart* CKyGChart::GetKyGChart()
 
 CKyGChart::CKyGChart() { Init(); }
 
+CKyGChart::CKyGChart(CKyGChartSetting& settings) : m_pSettings(&settings) { Init(); }
+
+void CKyGChart::Reinit() { Init(); }
+
+CKyGChartSetting* CKyGChart::Settings() const
+{
+    return m_pSettings ? m_pSettings : CKyGChartSetting::GetKyGChartSetting();
+}
+
 CKyGChart::~CKyGChart()
 {
     m_dcChart.DeleteDC();
@@ -93,7 +103,7 @@ CString CKyGChart::toString() const { return CString(L"CKyGChart"); }
 void CKyGChart::Init()
 {
     m_pDrawWnd = nullptr;
-    const CKyGChartSetting* set = CKyGChartSetting::GetKyGChartSetting();
+    const CKyGChartSetting* set = Settings();
     const double s = set->GetDrawScale();
 
     // The local slope of constant h at about 20 degC and d = 0 sets the angle of the whole
@@ -121,15 +131,15 @@ int CKyGChart::SetOrigin(CPoint pt)
     return 1;
 }
 
-CPoint CKyGChart::GetMinTAndMinDPnt() const { return PlotCorners(m_ptOrigin).minTMinD; }
+CPoint CKyGChart::GetMinTAndMinDPnt() const { return PlotCorners(Settings(), m_ptOrigin).minTMinD; }
 
-CPoint CKyGChart::GetChartOrigin() const { return PlotCorners(m_ptOrigin).origin; }
+CPoint CKyGChart::GetChartOrigin() const { return PlotCorners(Settings(), m_ptOrigin).origin; }
 
-CPoint CKyGChart::GetMaxTAndMaxDPnt() const { return PlotCorners(m_ptOrigin).maxTMaxD; }
+CPoint CKyGChart::GetMaxTAndMaxDPnt() const { return PlotCorners(Settings(), m_ptOrigin).maxTMaxD; }
 
 CPoint CKyGChart::GetChartMaxPoint() const
 {
-    const CKyGChartSetting* set = CKyGChartSetting::GetKyGChartSetting();
+    const CKyGChartSetting* set = Settings();
     const double s = set->GetDrawScale();
     return GetMaxTAndMaxDPnt() +
            CSize(Ky::TruncToInt(set->m_dRightMargin * s), Ky::TruncToInt(-set->m_dTopMargin * s));
@@ -137,8 +147,8 @@ CPoint CKyGChart::GetChartMaxPoint() const
 
 int CKyGChart::GetPoint(double h, double d, CPoint& pt) const
 {
-    const CKyGRangeSetting& range = CKyGChartSetting::GetKyGChartSetting()->m_RangeSetting;
-    const Corners c = PlotCorners(m_ptOrigin);
+    const CKyGRangeSetting& range = Settings()->m_RangeSetting;
+    const Corners c = PlotCorners(Settings(), m_ptOrigin);
 
     const double dSpan = range.GetMaxDMaxTD() - range.GetMinDMaxTD();
     if (!UsableDenominator(dSpan)) return 0;
@@ -157,20 +167,21 @@ int CKyGChart::GetPoint(double h, double d, CPoint& pt) const
 
 int CKyGChart::GetH(const CPoint& pt, double& h) const
 {
-    return HFromPixel(PlotCorners(m_ptOrigin), m_dTanHAngle, pt, h);
+    return HFromPixel(Settings()->m_RangeSetting, PlotCorners(Settings(), m_ptOrigin), m_dTanHAngle, pt, h);
 }
 
 int CKyGChart::GetD(const CPoint& pt, double& d) const
 {
-    return DFromPixel(PlotCorners(m_ptOrigin), pt, d);
+    return DFromPixel(Settings()->m_RangeSetting, PlotCorners(Settings(), m_ptOrigin), pt, d);
 }
 
 int CKyGChart::Convert(const CPoint& pt, CKyStaPnt& pnt)
 {
     CResourceModule::Scope scope(KyGraphModule());
-    const Corners corners = PlotCorners(m_ptOrigin);
+    const Corners corners = PlotCorners(Settings(), m_ptOrigin);
     double h = 0.0, d = 0.0;
-    if (!HFromPixel(corners, m_dTanHAngle, pt, h) || !DFromPixel(corners, pt, d)) {
+    const CKyGRangeSetting& pixelRange = Settings()->m_RangeSetting;
+    if (!HFromPixel(pixelRange, corners, m_dTanHAngle, pt, h) || !DFromPixel(pixelRange, corners, pt, d)) {
         m_strLastError.LoadString(IDS_POINT_OUT_OF_RANGE);
         return 0;
     }
@@ -178,7 +189,7 @@ int CKyGChart::Convert(const CPoint& pt, CKyStaPnt& pnt)
         m_strLastError.LoadString(IDS_POINT_INVALID);
         return 0;
     }
-    const CKyGRangeSetting& range = CKyGChartSetting::GetKyGChartSetting()->m_RangeSetting;
+    const CKyGRangeSetting& range = Settings()->m_RangeSetting;
     const double t = pnt.GetTdb();
     const double dd = pnt.GetD();
     // NaN would slip through the comparisons below: a non-finite state is out of range.
@@ -193,7 +204,7 @@ int CKyGChart::Convert(const CPoint& pt, CKyStaPnt& pnt)
 int CKyGChart::Convert(const CKyStaPnt& pnt, CPoint& pt)
 {
     CResourceModule::Scope scope(KyGraphModule());
-    const CKyGRangeSetting& range = CKyGChartSetting::GetKyGChartSetting()->m_RangeSetting;
+    const CKyGRangeSetting& range = Settings()->m_RangeSetting;
     const double t = pnt.GetTdb();
     const double d = pnt.GetD();
     if (!std::isfinite(t) || !std::isfinite(d) || t - 1e-6 > range.GetMaxT() || range.GetMinT() > t + 1e-6 ||
@@ -240,7 +251,7 @@ int CKyGChart::AttachDarwWnd(CWnd* pWnd)
 
 void CKyGChart::FitToWindow()
 {
-    CKyGChartSetting* set = CKyGChartSetting::GetKyGChartSetting();
+    CKyGChartSetting* set = Settings();
     CRect client;
     m_pDrawWnd->GetClientRect(&client);
     const double w = static_cast<double>(client.Width()) - 40.0;
@@ -260,8 +271,9 @@ void CKyGChart::FitToWindow()
     set->SetDrawScale(k);
     const CPoint origin(Ky::TruncToInt((w - paperW * k) / 2.0 + 20.0),
                         Ky::TruncToInt(h - (h - paperH * k) / 2.0 + 20.0));
-    // Always into the singleton, also when this is a chart of the host's own.
-    GetKyGChart()->SetOrigin(origin);
+    // Always into the singleton, also when this is a chart of the host's own, unless the chart
+    // has settings of its own: then it is wholly apart from the singleton.
+    (m_pSettings ? this : GetKyGChart())->SetOrigin(origin);
 }
 
 int CKyGChart::UptateDrawWnd(int bRedraw)
@@ -327,7 +339,7 @@ CDC* CKyGChart::GetChartDC() { return &m_dcChart; }
 int CKyGChart::DrawAllChart()
 {
     if (!HasWindow()) return 0;
-    const CKyGChartSetting* set = CKyGChartSetting::GetKyGChartSetting();
+    const CKyGChartSetting* set = Settings();
     const CKyGDrawHstSetting& hst = set->m_DrawHstSetting;
     const CKyGRangeSetting& range = set->m_RangeSetting;
     // Every element goes through the singleton, whichever chart runs the redraw.

@@ -13,6 +13,7 @@
 #include <kygraph/String.h>
 #include <kygraph/Wnd.h>
 
+class CKyGChartSetting;
 class CKyGDrawBase;
 
 class KYGRAPH_API CKyGChart : public CKyObject {
@@ -28,6 +29,23 @@ public:
     CKyGChart& operator=(const CKyGChart&) = delete;
 
     CString toString() const override;
+
+    // Extensions beyond the library's original interface. The chart fixes its enthalpy angle
+    // and pixels per kJ/kg when it is built; a host that shows one scene after another needs
+    // them to follow each scene, and a host that answers from several threads needs to map
+    // pixels while another thread draws.
+    //
+    // Re-runs the computation of construction from the settings, pressure and formulation in
+    // effect now, as if the chart were built afresh: the enthalpy angle, the pixels per kJ/kg,
+    // and no window attached (the surface and the reference points are kept). A host calls it
+    // after changing lengths, range, draw scale, pressure or formulation, before attaching.
+    void Reinit();
+    // A chart of the host's own that reads settings (not owned; it must outlive the chart)
+    // instead of the settings singleton, and keeps its fitted origin and draw scale to itself
+    // and settings. With a copy of the singleton's settings it maps pixels and states exactly
+    // as the singleton would, without touching anything the singleton's drawing uses. Meant
+    // for mapping: elements drawn through it still read the singleton.
+    explicit CKyGChart(CKyGChartSetting& settings);
 
     // Bottom-left corner of the whole drawing (plot area plus margins) in client pixels;
     // (0, 0) until a window is attached. SetOrigin always returns 1.
@@ -97,6 +115,8 @@ protected:
 private:
     // Computes the enthalpy-axis angle and the pixels per kJ/kg from the current settings.
     void Init();
+    // The settings this chart reads: its own, else the singleton's.
+    CKyGChartSetting* Settings() const;
     // The fit-to-window computation of an attach.
     void FitToWindow();
     bool HasWindow() const;
@@ -113,4 +133,5 @@ private:
     double m_dZoomScale = 1.0;    // held for the host
     double m_dInitScale = 1.0;    // fit-to-window scale of the last attach
     CSize m_sizeSurface;          // size of m_bmpChart; (0, 0) while there is no surface
+    CKyGChartSetting* m_pSettings = nullptr;  // the host's settings, not owned; null: the singleton
 };

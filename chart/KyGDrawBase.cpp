@@ -6,6 +6,7 @@
 #include <kygraph/Saturate.h>
 
 #include <cmath>
+#include <algorithm>
 #include <vector>
 
 namespace {
@@ -130,7 +131,16 @@ int CKyGDrawBase::DrawPolyLine(CDC* pDC, const CVoArray<CPoint>& points, int pen
     // One point more than needed, as the drawing has always allocated; released here.
     std::vector<POINT> buffer(static_cast<size_t>(count) + 1);
     for (int i = 0; i < count; ++i) buffer[static_cast<size_t>(i)] = points[i];
-    return pDC->Polyline(buffer.data(), count);
+    if (count <= kPolylineChunk) return pDC->Polyline(buffer.data(), count);
+    // A rasteriser strokes one long polyline in more than linear time (every segment is
+    // checked against the others); pieces that share their end points draw the same line in
+    // time linear in its points. Only the joins at the few shared points become caps.
+    int result = 1;
+    for (int first = 0; first + 1 < count; first += kPolylineChunk - 1) {
+        const int n = std::min(kPolylineChunk, count - first);
+        result = pDC->Polyline(buffer.data() + first, n) && result;
+    }
+    return result;
 }
 
 int CKyGDrawBase::DrawEllipse(CDC* pDC, CPoint centre, double width, double height, int penStyle, int penWidth,

@@ -43,7 +43,10 @@ public:
     static int DrawArc(CDC* pDC, RECT* bounds, CPoint start, CPoint end, int penStyle, int penWidth, COLORREF color);
     // The rectangle of that size centred on centre (halves truncated toward zero).
     static CRect GetRect(CPoint centre, int width, int height);
-    // One polyline through the points; fewer than two points draw nothing and give 0.
+    // One polyline through the points; fewer than two points draw nothing and give 0. More
+    // than kPolylineChunk points are drawn as pieces of that many that share their end points,
+    // so the time stays linear in the points.
+    static constexpr int kPolylineChunk = 1000;
     static int DrawPolyLine(CDC* pDC, const CVoArray<CPoint>& points, int penStyle, int penWidth, COLORREF color);
     // The ellipse of that width and height around centre; filled with a brush of the same
     // colour when fill is non-zero, otherwise with whatever brush the DC holds.

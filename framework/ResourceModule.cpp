@@ -1,7 +1,9 @@
 #include <kygraph/ResourceModule.h>
 
 namespace {
-const CResourceModule* g_current = nullptr;
+// Per thread, as the framework's module state is: a thread that maps a pixel while another
+// draws must not see, or restore, the other's current module.
+thread_local const CResourceModule* g_current = nullptr;
 
 const CResourceModule& DefaultModule()
 {

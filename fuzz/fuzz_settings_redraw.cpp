@@ -15,6 +15,7 @@
 #include <kygraph/KyGStaPnt.h>
 #include <kygraph/KyProcess.h>
 
+#include <cmath>
 #include <cstdio>
 #include <optional>
 #include <cstdlib>
@@ -189,6 +190,20 @@ bool Unsaturated(const CKyGChart& chart)
     return true;
 }
 
+// Whether the mapping has an inverse at all: a range with extent in t and d, finite positive
+// lengths and draw scale, and a plot area where pixel arithmetic is exact. Otherwise (an empty
+// temperature range, a length or scale of -inf, an origin at INT_MIN) the way from a pixel may
+// still land on a state, since every pixel of a zero enthalpy span reads its one value, while
+// the way back has that zero span to divide by: there is nothing to map back to.
+bool Invertible(const CKyGChart& chart)
+{
+    const CKyGChartSetting& set = *CKyGChartSetting::GetKyGChartSetting();
+    const CKyGRangeSetting& range = set.m_RangeSetting;
+    const auto positive = [](double v) { return std::isfinite(v) && v > 0.0; };
+    return range.GetMinT() < range.GetMaxT() && range.GetMinD() < range.GetMaxD() && positive(set.m_dTLength) &&
+           positive(set.m_dDLength) && positive(set.GetDrawScale()) && Unsaturated(chart);
+}
+
 void ConvertBothWays(FuzzedDataProvider& in, CKyGChart& chart, int w, int h)
 {
     CKyStaPnt pnt;
@@ -196,7 +211,8 @@ void ConvertBothWays(FuzzedDataProvider& in, CKyGChart& chart, int w, int h)
     if (chart.Convert(pt, pnt)) {
         Require(pnt.IsValid(), "a pixel inside the chart has a state");
         CPoint back;
-        Require(chart.Convert(pnt, back) == 1, "a state taken from a pixel maps back");
+        const bool mapsBack = chart.Convert(pnt, back) == 1;
+        if (Invertible(chart)) Require(mapsBack, "a state taken from a pixel maps back");
         const long long dx = std::llabs(static_cast<long long>(back.x) - pt.x);
         const long long dy = std::llabs(static_cast<long long>(back.y) - pt.y);
         if ((dx > 2 || dy > 2) && Unsaturated(chart) && pt.x >= 0 && pt.x < w && pt.y >= 0 && pt.y < h) {

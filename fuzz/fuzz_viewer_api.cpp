@@ -6,6 +6,7 @@
 // and that every JSON answer is JSON.
 #include "ApiParams.h"
 #include "ChartSession.h"
+#include "DecimalNumber.h"
 #include "ViewerServer.h"
 
 #include <fuzzer/FuzzedDataProvider.h>
@@ -58,7 +59,7 @@ std::string QueryValue(FuzzedDataProvider& in, const std::string& name)
     default: v = in.ConsumeRandomLengthString(12); break;
     }
     long long n = 0;
-    if ((name == "w" || name == "h") && serve::ParseInt(v, n) && n > kMaxSide) v = std::to_string(kMaxSide);
+    if ((name == "w" || name == "h") && DecimalNumber::ParseInt(v, n) && n > kMaxSide) v = std::to_string(kMaxSide);
     return v;
 }
 
@@ -118,7 +119,7 @@ std::string Request(FuzzedDataProvider& in)
     }
     request += " HTTP/1.1\r\n";
     if (in.ConsumeProbability<double>() < 0.9)
-        request += "Host: " + Pick(in, {"127.0.0.1:8080", "localhost", "[::1]:8080", "example.com"}) + "\r\n";
+        request += "Host: " + Pick(in, {"127.0.0.1", "localhost", "[::1]", "127.0.0.1:8080", "example.com"}) + "\r\n";
     if (route.method[0] != 'G' || in.ConsumeBool())
         request += "Content-Type: " + Pick(in, {"application/json", "application/json; charset=utf-8", "text/plain"}) +
                    "\r\n";

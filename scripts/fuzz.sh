@@ -4,8 +4,11 @@
 # is never written to. Fails on any crash, sanitizer report, timeout (an input, such as a
 # redraw, taking over a second) or out-of-memory; the inputs that failed are kept in
 # build-fuzz/crashes/ for reproduction: build-fuzz/bin/<target> <file>.
-# FUZZ_SECONDS sets the time per target (default 60); FUZZ_SEED the random seed (default 1, so
-# that a run, and a finding in CI, can be repeated; 0 lets libFuzzer pick one).
+# Each target runs twice: with the fixed seed FUZZ_SEED (default 1), so that a run and a finding
+# in CI can be repeated, and then with a fresh seed (FUZZ_FRESH_SEED, else random), printed, so
+# that new ground is covered and what it finds can be repeated too:
+#   build-fuzz/bin/<target> <corpus> -seed=<printed seed>
+# FUZZ_SECONDS sets the time of each run (default 30).
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -16,8 +19,10 @@ fi
 cmake --preset fuzz >/dev/null
 cmake --build --preset fuzz
 
-seconds=${FUZZ_SECONDS:-60}
+seconds=${FUZZ_SECONDS:-30}
 seed=${FUZZ_SEED:-1}
+fresh=${FUZZ_FRESH_SEED:-$(( ($(od -An -N4 -tu4 /dev/urandom) % 2147483646) + 1 ))}
+echo "fuzz: fixed seed $seed, fresh seed $fresh"
 targets=(fuzz_state_model fuzz_settings_redraw fuzz_scene_reader fuzz_viewer_api)
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
@@ -30,30 +35,38 @@ export UBSAN_OPTIONS="print_stacktrace=1:halt_on_error=1"
 export TMPDIR="$work"
 
 failed=()
-for target in "${targets[@]}"; do
-  corpus="$work/$target"
-  mkdir -p "$corpus" "$work/$target-artifacts"
+# run TARGET SEED: one bounded run on a copy of the target's corpus.
+run() {
+  local target=$1 runSeed=$2
+  local corpus="$work/$target-$runSeed" artifacts="$work/$target-$runSeed-artifacts"
+  mkdir -p "$corpus" "$artifacts"
   cp fuzz/corpus/"$target"/* "$corpus"/
-  dict=()
+  local dict=()
   [ -f fuzz/"$target".dict ] && dict=(-dict=fuzz/"$target".dict)
-  log="$work/$target.log"
-  echo "fuzz: $target for ${seconds} s"
-  status=0
-  build-fuzz/bin/"$target" "$corpus" "${dict[@]}" -max_total_time="$seconds" -seed="$seed" -timeout=1 -rss_limit_mb=2048 \
-    -artifact_prefix="$work/$target-artifacts/" -print_final_stats=1 >"$log" 2>&1 || status=$?
+  local log="$work/$target-$runSeed.log"
+  echo "fuzz: $target for ${seconds} s, seed $runSeed"
+  local status=0
+  build-fuzz/bin/"$target" "$corpus" "${dict[@]}" -max_total_time="$seconds" -seed="$runSeed" -timeout=1 \
+    -rss_limit_mb=2048 -artifact_prefix="$artifacts/" -print_final_stats=1 >"$log" 2>&1 || status=$?
   # A report that did not stop the run still fails it.
   if [ "$status" -ne 0 ] || grep -qE "ERROR: (AddressSanitizer|LeakSanitizer|libFuzzer)|runtime error:" "$log"; then
-    failed+=("$target")
+    failed+=("$target (seed $runSeed)")
     grep -vE "^(#[0-9]+|INFO:)" "$log" | tail -60
-    cp "$work/$target-artifacts"/* "$crashes"/ 2>/dev/null || true
+    cp "$artifacts"/* "$crashes"/ 2>/dev/null || true
   fi
+  local runs slowest
   runs=$(sed -n 's/^stat::number_of_executed_units: *//p' "$log")
   slowest=$(sed -n 's/^stat::slowest_unit_time_sec: *//p' "$log")
   echo "  ${runs:-0} inputs, the slowest ${slowest:-?} s"
+}
+
+for target in "${targets[@]}"; do
+  run "$target" "$seed"
+  run "$target" "$fresh"
 done
 
 if [ ${#failed[@]} -gt 0 ]; then
   echo "fuzz: failed: ${failed[*]} (inputs kept in $crashes/)" >&2
   exit 1
 fi
-echo "fuzz: all ${#targets[@]} targets ran ${seconds} s each without a finding"
+echo "fuzz: all ${#targets[@]} targets ran ${seconds} s with seed $seed and with seed $fresh without a finding"

@@ -1,30 +1,12 @@
 #include "ApiParams.h"
 
+#include "DecimalNumber.h"
+
 #include <charconv>
 #include <cstdint>
 #include <cmath>
 
 namespace serve {
-
-bool ParseInt(std::string_view text, long long& value)
-{
-    if (text.empty()) return false;
-    const char* first = text.data();
-    const char* last = text.data() + text.size();
-    if (*first == '+') ++first;  // from_chars refuses a leading plus; people type it
-    const auto [ptr, ec] = std::from_chars(first, last, value);
-    return ec == std::errc() && ptr == last;
-}
-
-bool ParseFiniteDouble(std::string_view text, double& value)
-{
-    if (text.empty()) return false;
-    const char* first = text.data();
-    const char* last = text.data() + text.size();
-    if (*first == '+') ++first;
-    const auto [ptr, ec] = std::from_chars(first, last, value);
-    return ec == std::errc() && ptr == last && std::isfinite(value);
-}
 
 QueryParams::QueryParams(const httplib::Params& params, std::initializer_list<std::string_view> allowed)
     : m_params(params)
@@ -63,7 +45,7 @@ int QueryParams::Int(std::string_view name, int min, int max)
         if (m_params.count(std::string(name)) == 0) Fail("missing parameter '" + std::string(name) + "'");
         return min;
     }
-    if (!ParseInt(*text, v)) {
+    if (!DecimalNumber::ParseInt(*text, v)) {
         Fail("parameter '" + std::string(name) + "' must be an integer");
         return min;
     }
@@ -83,7 +65,7 @@ double QueryParams::Double(std::string_view name, double min, double max)
         if (m_params.count(std::string(name)) == 0) Fail("missing parameter '" + std::string(name) + "'");
         return min;
     }
-    if (!ParseFiniteDouble(*text, v)) {
+    if (!DecimalNumber::Parse(*text, v)) {
         Fail("parameter '" + std::string(name) + "' must be a finite number");
         return min;
     }

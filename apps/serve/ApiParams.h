@@ -4,6 +4,8 @@
 // message of the 400 answer, so a handler reads everything and then asks Ok() once.
 #pragma once
 
+#include "Scene.h"
+
 #include <httplib.h>
 #include <nlohmann/json.hpp>
 
@@ -15,6 +17,9 @@ namespace serve {
 
 // Largest image side the viewer draws, pixels: 8192 x 8192 ARGB is 256 MiB per surface.
 inline constexpr int kMaxImageSide = 8192;
+// Most pixels one image may have (4096 x 4096, 64 MiB of ARGB): a side may reach
+// kMaxImageSide only while the other stays small.
+inline constexpr long long kMaxImagePixels = Scene::kMaxPixels;
 // Largest request body, bytes; a scene of hundreds of points is a few tens of kilobytes.
 inline constexpr std::size_t kMaxBodyBytes = 1u << 20;
 // Longest name of a state point, bytes of UTF-8.
@@ -73,9 +78,5 @@ private:
     nlohmann::json m_doc;
     std::string m_error;
 };
-
-// Parses the whole of text as a decimal integer / finite number; false otherwise.
-bool ParseInt(std::string_view text, long long& value);
-bool ParseFiniteDouble(std::string_view text, double& value);
 
 }  // namespace serve

@@ -82,10 +82,16 @@ std::mutex& ChartMutex()
     return mutex;
 }
 
+std::shared_mutex& SceneLock()
+{
+    static std::shared_mutex lock;
+    return lock;
+}
+
 nlohmann::json ErrorsJson(const std::vector<SceneError>& errors)
 {
     nlohmann::json list = nlohmann::json::array();
-    for (const SceneError& e : errors) list.push_back({{"pointer", e.pointer}, {"message", e.Format("scene")}});
+    for (const SceneError& e : SceneError::Shown(errors)) list.push_back({{"pointer", e.pointer}, {"message", e.Format("scene")}});
     return nlohmann::json{{"error", errors.empty() ? std::string("invalid scene") : errors.front().Format("scene")},
                           {"errors", std::move(list)}};
 }
@@ -94,6 +100,7 @@ ChartSession::ChartSession() = default;
 
 ChartSession::~ChartSession()
 {
+    std::unique_lock<std::shared_mutex> scene(SceneLock());
     std::lock_guard<std::mutex> lock(ChartMutex());
     // The chart must not keep pointing at a window of ours, and the settings go back to what
     // they were when the session began (an empty scene is all defaults).
@@ -105,6 +112,7 @@ ChartSession::~ChartSession()
 
 bool ChartSession::Open(const Scene& scene, const std::string& path, std::vector<SceneError>& errors)
 {
+    std::unique_lock<std::shared_mutex> sceneLock(SceneLock());
     std::lock_guard<std::mutex> lock(ChartMutex());
     if (TooMany(scene, errors) || !m_applier.Apply(scene, errors)) return false;
     m_scene = scene;
@@ -114,26 +122,30 @@ bool ChartSession::Open(const Scene& scene, const std::string& path, std::vector
 
 std::string ChartSession::Path() const
 {
-    std::lock_guard<std::mutex> lock(ChartMutex());
+    std::shared_lock<std::shared_mutex> scene(SceneLock());
     return m_path;
 }
 
 void ChartSession::ApplyScene()
 {
-    std::vector<SceneError> ignored;
-    m_applier.Apply(m_scene, ignored);
+    m_applier.Reapply();
+    // As if the chart were built for this scene, as `kygraph render` builds it: the enthalpy
+    // angle follows the scene's lengths, range, pressure and formulation.
+    CKyGChart::GetKyGChart()->Reinit();
 }
 
-bool ChartSession::PixelState(int x, int y, int w, int h, CKyStaPnt& pnt, std::string& message)
+bool ChartSession::PixelState(int x, int y, int w, int h, CKyStaPnt& pnt, std::string& message) const
 {
-    CKyGChart* chart = CKyGChart::GetKyGChart();
+    // A chart of its own on a copy of the scene's settings maps exactly as the singleton does
+    // after ApplyScene, and touches nothing a drawing on another thread uses.
+    CKyGChartSetting settings(m_applier.Applied());
+    CKyGChart chart(settings);
     SizeOnlyWnd wnd(w, h);
-    ApplyScene();
-    chart->AttachDarwWnd(&wnd);
-    const bool inside = chart->Convert(CPoint(x, y), pnt) != 0;
+    chart.AttachDarwWnd(&wnd);
+    const bool inside = chart.Convert(CPoint(x, y), pnt) != 0;
     // The window ends with this call; the chart must not keep pointing at it.
-    chart->AttachDarwWnd(nullptr);
-    if (!inside) message = chart->GetLastErrorString().ToUtf8();
+    chart.AttachDarwWnd(nullptr);
+    if (!inside) message = chart.GetLastErrorString().ToUtf8();
     return inside;
 }
 
@@ -165,6 +177,7 @@ bool ChartSession::RedrawRaster(int w, int h)
 
 std::string ChartSession::Render(int w, int h, ImageKind kind)
 {
+    std::shared_lock<std::shared_mutex> scene(SceneLock());
     std::lock_guard<std::mutex> lock(ChartMutex());
     std::string bytes;
     if (kind == ImageKind::Png) {
@@ -182,7 +195,8 @@ std::string ChartSession::Render(int w, int h, ImageKind kind)
 
 nlohmann::json ChartSession::StateAt(int x, int y, int w, int h)
 {
-    std::lock_guard<std::mutex> lock(ChartMutex());
+    // No drawing lock: a hover never waits for a redraw, only for a change of the scene.
+    std::shared_lock<std::shared_mutex> scene(SceneLock());
     CKyStaPnt pnt;
     std::string message;
     if (!PixelState(x, y, w, h, pnt, message)) return nlohmann::json{{"inside", false}, {"message", message}};
@@ -193,6 +207,7 @@ nlohmann::json ChartSession::StateAt(int x, int y, int w, int h)
 
 nlohmann::json ChartSession::Geometry(int w, int h)
 {
+    std::shared_lock<std::shared_mutex> scene(SceneLock());
     std::lock_guard<std::mutex> lock(ChartMutex());
     CKyGChart* chart = CKyGChart::GetKyGChart();
     nlohmann::json j;
@@ -218,9 +233,8 @@ nlohmann::json ChartSession::Geometry(int w, int h)
 
 nlohmann::json ChartSession::EffectiveSettings()
 {
-    std::lock_guard<std::mutex> lock(ChartMutex());
-    ApplyScene();
-    const CKyGChartSetting& set = *CKyGChartSetting::GetKyGChartSetting();
+    std::shared_lock<std::shared_mutex> scene(SceneLock());
+    const CKyGChartSetting& set = m_applier.Applied();
     const CKyGDrawHstSetting& hst = set.m_DrawHstSetting;
     const CKyGRangeSetting& range = set.m_RangeSetting;
     return nlohmann::json{
@@ -244,7 +258,7 @@ nlohmann::json ChartSession::EffectiveSettings()
 
 nlohmann::ordered_json ChartSession::SceneJson(int w, int h)
 {
-    std::lock_guard<std::mutex> lock(ChartMutex());
+    std::shared_lock<std::shared_mutex> scene(SceneLock());
     Scene s = m_scene;
     if (w > 0 && h > 0) {
         s.width = w;
@@ -257,12 +271,14 @@ bool ChartSession::ReplaceScene(std::string_view text, std::vector<SceneError>& 
 {
     Scene candidate;
     if (!SceneReader::Parse(text, candidate, errors)) return false;
+    std::unique_lock<std::shared_mutex> scene(SceneLock());
     std::lock_guard<std::mutex> lock(ChartMutex());
     return Adopt(std::move(candidate), errors);
 }
 
 bool ChartSession::AddPointAt(int x, int y, int w, int h, const std::string& name, std::string& error)
 {
+    std::unique_lock<std::shared_mutex> scene(SceneLock());
     std::lock_guard<std::mutex> lock(ChartMutex());
     CKyStaPnt pnt;
     if (!PixelState(x, y, w, h, pnt, error)) return false;
@@ -284,7 +300,8 @@ bool ChartSession::Save(std::string& error)
     std::string text;
     std::string path;
     {
-        std::lock_guard<std::mutex> lock(ChartMutex());
+        std::shared_lock<std::shared_mutex> scene(SceneLock());
+        std::lock_guard<std::mutex> lock(ChartMutex());  // m_lastW and m_lastH belong to the drawing
         if (m_path.empty()) {
             error = "the viewer was started without a scene file; export the scene instead";
             return false;

@@ -1,9 +1,14 @@
 // ChartSession: the viewer's scene and everything the viewer asks of the chart library.
 // The library is single-threaded and its chart and settings are process-wide singletons,
 // while the HTTP server answers on a pool of threads: every call into the library goes
-// through this class, under one process-wide lock, and each one first applies the scene
-// afresh, so the settings are exactly what a `kygraph render` of the same scene starts from
-// (the fit to a window changes the draw scale, so no earlier request may leak into the next).
+// through this class. Two process-wide locks:
+// - the scene lock: exclusive while a scene is adopted (which sets the settings singleton, the
+//   model's pressure and formulation), shared by everything else;
+// - the drawing lock: every use of the chart singleton (images, geometry).
+// Each drawing first puts the scene's settings back and rebuilds the chart's enthalpy angle,
+// so it starts from exactly what a `kygraph render` of the same scene starts from (the fit to
+// a window changes the draw scale, so no earlier request may leak into the next). Hover maps
+// with a chart of its own on a copy of the scene's settings, so it never waits for a drawing.
 // What the browser shows, what the mouse maps to and what is exported therefore agree.
 #pragma once
 
@@ -14,6 +19,7 @@
 
 #include <memory>
 #include <mutex>
+#include <shared_mutex>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -79,11 +85,12 @@ public:
     bool Save(std::string& error);
 
 private:
-    // Applies the session's scene; it was applied once when opened, so this cannot fail.
+    // Puts the scene's settings back into the singleton and rebuilds the chart from them, before
+    // a drawing; the scene was applied once when adopted, so this cannot fail.
     void ApplyScene();
     // The state at pixel (x, y) of the chart fitted into w x h; false with the chart's
     // message when the pixel is outside it.
-    bool PixelState(int x, int y, int w, int h, CKyStaPnt& pnt, std::string& message);
+    bool PixelState(int x, int y, int w, int h, CKyStaPnt& pnt, std::string& message) const;
     // The scene applied and drawn, chart and overlays, into the raster window of w x h.
     bool RedrawRaster(int w, int h);
     // Applies candidate; on success it becomes the scene, else nothing changes.
@@ -97,8 +104,10 @@ private:
     std::unique_ptr<CImageWnd> m_raster;  // reused while the browser's size stays the same
 };
 
-// The lock around every call into the chart library, shared by all sessions of the process.
+// The lock around every use of the chart singleton, shared by all sessions of the process.
 std::mutex& ChartMutex();
+// Exclusive while a scene is adopted, shared by every other request (see the top of this file).
+std::shared_mutex& SceneLock();
 
 // {"error": first message, "errors": [{"pointer", "message"}, ...]} for a 400 answer.
 nlohmann::json ErrorsJson(const std::vector<SceneError>& errors);

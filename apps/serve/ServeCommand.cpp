@@ -16,9 +16,12 @@ ServeCommand::ServeCommand(CLI::App& app)
     m_cmd = app.add_subcommand("serve", "Serve the chart viewer to the browser on this machine");
     m_cmd->add_option("scene", m_scene, "Scene file to open; \"save\" writes it back (created when new)");
     m_cmd->add_option("--port", m_port, "Port to listen on; 0 picks a free one")
+        ->check(CommandLine::Decimal())
         ->check(CLI::Range(0, 65535))
         ->capture_default_str();
-    m_cmd->add_option("--host", m_host, "Address to listen on")->capture_default_str();
+    m_cmd->add_option("--host", m_host, "Address to listen on (loopback unless --allow-remote)")->capture_default_str();
+    m_cmd->add_flag("--allow-remote", m_allowRemote,
+                    "Allow a --host other machines can reach; anyone there can then read and change the scene");
     m_cmd->footer("Examples:\n"
                   "  kygraph serve\n"
                   "  kygraph serve examples/scenes/summer-ahu.json --port 8090");
@@ -54,10 +57,13 @@ int ServeCommand::Run()
 
     serve::ViewerServer server(session);
     std::string error;
-    if (!server.Bind(m_host, m_port, error)) {
+    if (!server.Bind(m_host, m_port, error, m_allowRemote)) {
         CommandLine::Error(error);
         return CommandLine::kExitFailure;
     }
+    if (m_allowRemote && m_host != "127.0.0.1" && m_host != "::1" && m_host != "localhost")
+        CommandLine::Error("warning: listening on " + m_host +
+                           ": other machines can reach the viewer, and read, change and save the scene");
     const bool v6 = m_host.find(':') != std::string::npos;
     std::printf("KyGraph viewer: http://%s%s%s:%d/\n", v6 ? "[" : "", m_host.c_str(), v6 ? "]" : "", server.Port());
     std::fflush(stdout);

@@ -1,4 +1,4 @@
-// ServeCommand: `kygraph serve [SCENE.json] [--port 8080] [--host 127.0.0.1]`, the local web
+// ServeCommand: `kygraph serve [SCENE.json] [--port 8080] [--host 127.0.0.1 [--allow-remote]]`, the local web
 // viewer: serves the page and its API until interrupted (SIGINT or SIGTERM).
 #pragma once
 
@@ -22,4 +22,5 @@ private:
     std::string m_scene;              // opened at start, written back by "save"; may be new
     std::string m_host = "127.0.0.1";  // address to listen on
     int m_port = 8080;                 // 0 picks a free port
+    bool m_allowRemote = false;        // a host beyond loopback is allowed
 };

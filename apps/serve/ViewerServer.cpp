@@ -3,11 +3,22 @@
 #include "ApiParams.h"
 #include "ApiResponse.h"
 #include "ChartSession.h"
+#include "SocketStream.h"
 #include "WebAssets.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <chrono>
+#include <cstring>
 #include <thread>
+
+#include <fcntl.h>
+#include <netdb.h>
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
 
 namespace serve {
 
@@ -15,19 +26,61 @@ namespace {
 
 using Json = nlohmann::json;
 
-bool IsLoopbackHost(const std::string& host)
+// Names of this machine's loopback interface, as a browser writes them in a Host header.
+constexpr const char* kLoopbackNames[] = {"127.0.0.1", "localhost", "[::1]"};
+
+bool IsLoopbackAddress(const std::string& host) { return host == "127.0.0.1" || host == "::1" || host == "localhost"; }
+
+// How long a connection may wait for its next request, and how long a request may take to
+// arrive whole; a client slower than that loses its connection.
+constexpr std::chrono::seconds kIdleTimeout{5};
+constexpr std::chrono::seconds kRequestTimeout{10};
+// Requests one connection may carry before it is closed.
+constexpr int kRequestsPerConnection = 1000;
+// Bytes a request may read: its head (request line and headers) plus the body limit and the
+// framing of a chunked body.
+constexpr std::size_t kMaxHeadBytes = 64 * 1024;
+constexpr std::size_t kMaxRequestBytes = kMaxHeadBytes + kMaxBodyBytes + 64 * 1024;
+
+// Set by a handler that left part of its request unread (a refused or too large body): the
+// connection cannot carry another request. Handlers run on the connection's own thread.
+thread_local bool t_closeConnection = false;
+
+void CloseAfter(httplib::Response& res)
 {
-    return host == "127.0.0.1" || host == "localhost" || host == "::1" || host.rfind("127.", 0) == 0;
+    t_closeConnection = true;
+    res.set_header("Connection", "close");
 }
 
-// The host name of a Host header, without the port ("[::1]:8080" -> "::1").
-std::string HostName(const std::string& header)
+// Reads the body through reader, at most kMaxBodyBytes whatever the transfer encoding. false
+// with a 413 or 400 answer in res otherwise.
+bool ReadBody(const httplib::ContentReader& reader, httplib::Response& res, std::string& body)
 {
-    if (!header.empty() && header.front() == '[') {
-        const std::size_t close = header.find(']');
-        return close == std::string::npos ? header : header.substr(1, close - 1);
-    }
-    return header.substr(0, header.find(':'));
+    bool tooLarge = false;
+    const bool whole = reader([&](const char* data, size_t size) {
+        if (body.size() + size > kMaxBodyBytes) {
+            tooLarge = true;
+            return false;
+        }
+        body.append(data, size);
+        return true;
+    });
+    if (whole && !tooLarge) return true;
+    CloseAfter(res);
+    if (tooLarge || res.status == 413)
+        SendError(res, 413, "the request body is larger than " + std::to_string(kMaxBodyBytes) + " bytes");
+    else
+        SendError(res, 400, "the request body could not be read");
+    return false;
+}
+
+// Whether a drawing of w x h fits the pixel budget of one request; a 413 naming it otherwise.
+bool WithinPixelBudget(int w, int h, httplib::Response& res)
+{
+    if (static_cast<long long>(w) * h <= kMaxImagePixels) return true;
+    SendError(res, 413, "an image of " + std::to_string(w) + " x " + std::to_string(h) + " pixels is beyond the " +
+                            std::to_string(kMaxImagePixels) + " pixels one request may draw");
+    return false;
 }
 
 struct ImageFormat {
@@ -85,79 +138,191 @@ std::string ViewerServer::HttpServer::Exchange(const std::string& request)
     return std::move(stream.response);
 }
 
-std::string ViewerServer::HandleRaw(const std::string& request) { return m_server.Exchange(request); }
+bool ViewerServer::HttpServer::Process(httplib::Stream& stream, bool last, bool& closed)
+{
+    return process_request(stream, last, closed, nullptr);
+}
+
+std::string ViewerServer::HandleRaw(const std::string& request)
+{
+    t_closeConnection = false;
+    return m_server.Exchange(request);
+}
 
 ViewerServer::ViewerServer(ChartSession& session) : m_session(session)
 {
     m_server.set_payload_max_length(kMaxBodyBytes);
-    // Small JSON answers must not wait for a delayed acknowledgement (Nagle).
-    m_server.set_tcp_nodelay(true);
-    // Slow or stalled clients cannot hold a worker for long.
-    m_server.set_read_timeout(5, 0);
-    m_server.set_write_timeout(30, 0);
-    m_server.set_keep_alive_timeout(5);
-    m_server.set_keep_alive_max_count(1000);
+    for (const char* name : kLoopbackNames) m_hosts.push_back(name);
     Route();
 }
 
-ViewerServer::~ViewerServer() { Stop(); }
+ViewerServer::~ViewerServer()
+{
+    Stop();
+    if (m_listenFd >= 0) ::close(m_listenFd);
+    for (int fd : m_wake)
+        if (fd >= 0) ::close(fd);
+}
 
-bool ViewerServer::Bind(const std::string& host, int port, std::string& error)
+bool ViewerServer::Bind(const std::string& host, int port, std::string& error, bool allowRemote)
 {
     if (port < 0 || port > 65535) {
         error = "port must lie within 0..65535";
         return false;
     }
-    m_loopback = IsLoopbackHost(host);
-    if (port == 0) {
-        const int bound = m_server.bind_to_any_port(host);
-        if (bound <= 0) {
-            error = "cannot listen on " + host;
-            return false;
-        }
-        m_port = bound;
-    } else {
-        if (!m_server.bind_to_port(host, port)) {
-            error = "cannot listen on " + host + ":" + std::to_string(port) + " (in use, or no such address)";
-            return false;
-        }
-        m_port = port;
+    if (host.empty()) {
+        error = "--host: no address given";
+        return false;
     }
+    if (!allowRemote && !IsLoopbackAddress(host)) {
+        error = "--host " + host + " would let other machines reach the viewer; add --allow-remote if that is meant";
+        return false;
+    }
+    addrinfo hints{};
+    hints.ai_family = AF_UNSPEC;
+    hints.ai_socktype = SOCK_STREAM;
+    hints.ai_flags = AI_PASSIVE | AI_NUMERICSERV;
+    addrinfo* found = nullptr;
+    const std::string service = std::to_string(port);
+    if (::getaddrinfo(host.c_str(), service.c_str(), &hints, &found) != 0 || !found) {
+        error = "cannot listen on " + host + ": no such address";
+        return false;
+    }
+    int fd = -1;
+    int lastErrno = 0;
+    for (addrinfo* a = found; a && fd < 0; a = a->ai_next) {
+        fd = ::socket(a->ai_family, a->ai_socktype | SOCK_CLOEXEC, a->ai_protocol);
+        if (fd < 0) continue;
+        // SO_REUSEADDR only lets a restarted viewer take its port back from connections still
+        // closing; unlike SO_REUSEPORT it never lets two listeners share one port.
+        const int yes = 1;
+        ::setsockopt(fd, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
+        if (::bind(fd, a->ai_addr, a->ai_addrlen) != 0 || ::listen(fd, 64) != 0) {
+            lastErrno = errno;
+            ::close(fd);
+            fd = -1;
+        }
+    }
+    ::freeaddrinfo(found);
+    if (fd < 0) {
+        error = lastErrno == EADDRINUSE
+                    ? "port " + service + " on " + host + " is in use (another viewer?); choose another with --port"
+                    : "cannot listen on " + host + ":" + service + ": " + std::strerror(lastErrno);
+        return false;
+    }
+    sockaddr_storage addr{};
+    socklen_t len = sizeof addr;
+    ::getsockname(fd, reinterpret_cast<sockaddr*>(&addr), &len);
+    m_port = ntohs(addr.ss_family == AF_INET6 ? reinterpret_cast<sockaddr_in6*>(&addr)->sin6_port
+                                              : reinterpret_cast<sockaddr_in*>(&addr)->sin_port);
+    m_listenFd = fd;
+    // The names a browser may use for us: the loopback ones and the one we were told, each
+    // with the port.
+    std::vector<std::string> names(std::begin(kLoopbackNames), std::end(kLoopbackNames));
+    if (!IsLoopbackAddress(host)) names.push_back(host.find(':') != std::string::npos ? "[" + host + "]" : host);
+    m_hosts.clear();
+    for (const std::string& n : names) m_hosts.push_back(n + ":" + std::to_string(m_port));
     return true;
 }
 
 void ViewerServer::Run()
 {
-    m_inRun = true;
-    if (!m_stopRequested) m_server.listen_after_bind();
-    m_inRun = false;
+    if (m_listenFd < 0 || ::pipe2(m_wake, O_CLOEXEC) != 0) return;
+    while (!m_stopRequested) {
+        pollfd fds[2] = {{m_listenFd, POLLIN, 0}, {m_wake[0], POLLIN, 0}};
+        if (::poll(fds, 2, 1000) <= 0 || fds[1].revents) continue;
+        const int fd = ::accept4(m_listenFd, nullptr, nullptr, SOCK_CLOEXEC);
+        if (fd < 0) continue;
+        const int yes = 1;  // small JSON answers must not wait for a delayed acknowledgement
+        ::setsockopt(fd, IPPROTO_TCP, TCP_NODELAY, &yes, sizeof yes);
+        {
+            std::lock_guard<std::mutex> lock(m_connectionsMutex);
+            if (static_cast<int>(m_connections.size()) < kMaxConnections) {
+                m_connections.insert(fd);
+                std::thread([this, fd] { ServeConnection(fd); }).detach();
+                continue;
+            }
+        }
+        static const char kBusy[] =
+            "HTTP/1.1 503 Service Unavailable\r\nContent-Type: application/json\r\nConnection: close\r\n"
+            "Content-Length: 49\r\n\r\n{\"error\": \"too many connections; try again later\"}";
+        [[maybe_unused]] const ssize_t ignored = ::send(fd, kBusy, sizeof kBusy - 1, MSG_NOSIGNAL | MSG_DONTWAIT);
+        ::close(fd);
+    }
+    // Every connection ends promptly once shut down; wait for their threads to let go of us.
+    std::unique_lock<std::mutex> lock(m_connectionsMutex);
+    for (int fd : m_connections) ::shutdown(fd, SHUT_RDWR);
+    m_connectionsDone.wait(lock, [this] { return m_connections.empty(); });
+}
+
+void ViewerServer::ServeConnection(int fd)
+{
+    SocketStream stream(fd);
+    for (int n = 0; n < kRequestsPerConnection && !m_stopRequested; ++n) {
+        if (!stream.WaitForRequest(kIdleTimeout)) break;
+        stream.StartRequest(kMaxRequestBytes, SocketStream::Clock::now() + kRequestTimeout);
+        t_closeConnection = false;
+        bool closed = false;
+        const bool ok = m_server.Process(stream, n + 1 == kRequestsPerConnection, closed);
+        if (!ok || closed || t_closeConnection || stream.Exhausted()) break;
+    }
+    // A lingering close: the client may still be sending what was refused, and closing with
+    // unread bytes would reset the connection before it read our answer. Bounded like a request.
+    ::shutdown(fd, SHUT_WR);
+    stream.StartRequest(kMaxRequestBytes, SocketStream::Clock::now() + std::chrono::seconds(2));
+    char sink[4096];
+    while (!m_stopRequested && stream.read(sink, sizeof sink) > 0) {
+    }
+    ::close(fd);
+    std::lock_guard<std::mutex> lock(m_connectionsMutex);
+    m_connections.erase(fd);
+    m_connectionsDone.notify_all();
 }
 
 void ViewerServer::Stop()
 {
     m_stopRequested = true;
-    // Run may not have started listening yet: wait (boundedly) until it does or has returned.
-    for (int i = 0; i < 500; ++i) {
-        if (m_server.is_running()) {
-            m_server.stop();
-            return;
-        }
-        if (!m_inRun) return;
-        std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    }
+    if (m_wake[1] >= 0) [[maybe_unused]] const ssize_t ignored = ::write(m_wake[1], "x", 1);
+    std::lock_guard<std::mutex> lock(m_connectionsMutex);
+    for (int fd : m_connections) ::shutdown(fd, SHUT_RDWR);
 }
 
 bool ViewerServer::Guard(const httplib::Request& req, httplib::Response& res) const
 {
-    if (m_loopback && req.has_header("Host") && !IsLoopbackHost(HostName(req.get_header_value("Host")))) {
-        SendError(res, 403, "this viewer answers only requests addressed to this machine");
+    const auto refuse = [&](int status, const std::string& message) {
+        // What is left of the request (a body) is not read: the connection cannot go on.
+        CloseAfter(res);
+        SendError(res, status, message);
         return false;
-    }
+    };
+    // Our names, with the port; without one only in process, where there is no port.
+    const auto ours = [this](const std::string& name) {
+        return std::find(m_hosts.begin(), m_hosts.end(), name) != m_hosts.end() ||
+               (m_port == 0 && std::find(std::begin(kLoopbackNames), std::end(kLoopbackNames), name) !=
+                                   std::end(kLoopbackNames));
+    };
+    if (req.get_header_value_count("Host") != 1) return refuse(400, "a request needs exactly one Host header");
+    if (!ours(req.get_header_value("Host")))
+        return refuse(403, "this viewer answers only requests addressed to " + m_hosts.front());
+    // A page of another site: the browser says so in Origin (any request that sends a body)
+    // and in Sec-Fetch-Site (also for the images it loads).
+    const std::string origin = req.get_header_value("Origin");
+    if (req.has_header("Origin") && (origin.rfind("http://", 0) != 0 || !ours(origin.substr(7))))
+        return refuse(403, "this viewer answers only its own page");
+    const std::string site = req.get_header_value("Sec-Fetch-Site");
+    if (req.path.rfind("/api/", 0) == 0 && !site.empty() && site != "same-origin" && site != "none")
+        return refuse(403, "this viewer answers only its own page");
+    // One framing of the body, and one the server reads the same way as any proxy would.
+    const std::size_t lengths = req.get_header_value_count("Content-Length");
+    const std::string length = req.get_header_value("Content-Length");
+    if (lengths > 1 || (lengths == 1 && (length.empty() || length.find_first_not_of("0123456789") != std::string::npos)))
+        return refuse(400, "a request needs at most one Content-Length, a decimal number");
+    if (req.has_header("Transfer-Encoding") && (lengths > 0 || req.get_header_value_count("Transfer-Encoding") != 1 ||
+                                                req.get_header_value("Transfer-Encoding") != std::string("chunked")))
+        return refuse(400, "a request body is framed by one Content-Length or by chunked encoding alone");
     if ((req.method == "POST" || req.method == "PUT") &&
-        req.get_header_value("Content-Type").rfind("application/json", 0) != 0) {
-        SendError(res, 415, "the request body must be application/json");
-        return false;
-    }
+        req.get_header_value("Content-Type").rfind("application/json", 0) != 0)
+        return refuse(415, "the request body must be application/json");
     return true;
 }
 
@@ -200,6 +365,7 @@ void ViewerServer::Route()
         const std::string format = q.Choice("format", {"png", "svg", "pdf"}, "png");
         const bool download = q.Flag("download");
         if (!q.Ok()) return SendError(res, 400, q.Error());
+        if (!WithinPixelBudget(w, h, res)) return;
         const ImageFormat* f = &kFormats[0];
         for (const ImageFormat& c : kFormats)
             if (format == c.name) f = &c;
@@ -227,6 +393,7 @@ void ViewerServer::Route()
         int w = 0, h = 0;
         q.ImageSize(w, h);
         if (!q.Ok()) return SendError(res, 400, q.Error());
+        if (!WithinPixelBudget(w, h, res)) return;
         Json j = m_session.Geometry(w, h);
         if (j.is_null()) return SendError(res, 500, "the chart could not be drawn at this size");
         SendJson(res, 200, j);
@@ -247,16 +414,22 @@ void ViewerServer::Route()
 
     // Replaces the whole scene; the page edits points, processes, ratio lines and settings
     // this way. The scene-file reader checks it as it checks a file.
-    m_server.Put("/api/scene", [this](const httplib::Request& req, httplib::Response& res) {
+    m_server.Put("/api/scene", [this](const httplib::Request& req, httplib::Response& res,
+                                      const httplib::ContentReader& reader) {
+        std::string body;
+        if (!ReadBody(reader, res, body)) return;
         if (!req.params.empty()) return SendError(res, 400, "unknown parameter '" + req.params.begin()->first + "'");
         std::vector<SceneError> errors;
-        if (!m_session.ReplaceScene(req.body, errors)) return SendJson(res, 400, ErrorsJson(errors));
+        if (!m_session.ReplaceScene(body, errors)) return SendJson(res, 400, ErrorsJson(errors));
         SendSceneJson(res);
     });
 
     // A state point at the clicked pixel: {x, y, w, h, name?}.
-    m_server.Post("/api/points", [this](const httplib::Request& req, httplib::Response& res) {
-        JsonBody b(req.body, {"x", "y", "w", "h", "name"});
+    m_server.Post("/api/points", [this](const httplib::Request&, httplib::Response& res,
+                                        const httplib::ContentReader& reader) {
+        std::string body;
+        if (!ReadBody(reader, res, body)) return;
+        JsonBody b(body, {"x", "y", "w", "h", "name"});
         const int w = b.Int("w", 1, kMaxImageSide);
         const int h = b.Int("h", 1, kMaxImageSide);
         const int x = b.Int("x", 0, w - 1);
@@ -269,8 +442,11 @@ void ViewerServer::Route()
     });
 
     // Writes the scene back to the file the viewer was started with.
-    m_server.Post("/api/save", [this](const httplib::Request& req, httplib::Response& res) {
-        JsonBody b(req.body, {});
+    m_server.Post("/api/save", [this](const httplib::Request&, httplib::Response& res,
+                                      const httplib::ContentReader& reader) {
+        std::string body;
+        if (!ReadBody(reader, res, body)) return;
+        JsonBody b(body, {});
         if (!b.Ok()) return SendError(res, 400, b.Error());
         std::string error;
         const std::string path = m_session.Path();

@@ -4,6 +4,7 @@
 // tests/golden-cli; KY_UPDATE_GOLDEN=1 rewrites them (look at them before committing).
 #include "CliTestSupport.h"
 
+#include "Scene.h"
 #include "SceneApplier.h"
 
 #include <kygraph/ImageWnd.h>
@@ -11,6 +12,8 @@
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
+
+#include <sys/wait.h>
 
 using clitest::RunKygraph;
 
@@ -63,8 +66,12 @@ TEST(CommandLine, EachBadInputGivesOneLineAndItsStatus)
          "cannot create a file in no/such/dir: No such file or directory"},
         {{"state", "--tdb", "25"}, 2, "a state needs exactly two of tdb, twb, tdp, rh, d, h, pv; 1 given"},
         {{"state", "--tdb", "25", "--rh", "150"}, 2, "--rh: 150 is out of range 0..100"},
-        {{"state", "--tdb", "nan", "--rh", "60"}, 2, "--tdb: nan is out of range -100..200"},
-        {{"state", "--tdb", "abc", "--rh", "60"}, 2, "Could not convert: --tdb = abc"},
+        {{"state", "--tdb", "nan", "--rh", "60"}, 2, "--tdb: expected a decimal number, got \"nan\""},
+        {{"state", "--tdb", "abc", "--rh", "60"}, 2, "--tdb: expected a decimal number, got \"abc\""},
+        {{"state", "--tdb", "0x10", "--rh", "60"}, 2, "--tdb: expected a decimal number, got \"0x10\""},
+        {{"state", "--tdb", "25", "--rh", "100.0000001"}, 2, "--rh: 100.0000001 is out of range 0..100"},
+        {{"state", "--tdb", "200", "--twb", "199"}, 2, "no state of moist air has tdb 200 °C and twb 199 °C"},
+        {{"locate", "0x10", "5"}, 2, "x: expected a decimal number, got \"0x10\""},
         {{"state", "--tdb", "25", "--tdp", "30"}, 2, refused.GetLastErrorString().ToUtf8()},
         {{"state", "--d", "10", "--pv", "1500"}, 2,
          "the pair d+pv is not supported; use one of tdb+rh, tdb+twb, tdb+tdp, tdb+pv, d+tdb, h+tdb, h+d, d+rh, h+rh"},
@@ -247,4 +254,44 @@ TEST(RenderCommand, FailedRunLeavesTheOldFileAsItWas)
     EXPECT_EQ(std::filesystem::status(dir / "chart.png").permissions(),
               std::filesystem::status(dir / "new.txt").permissions());
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir), std::filesystem::directory_iterator()), 3);
+}
+
+TEST(CommandLine, OutputThatCannotBeWrittenIsAFailure)
+{
+    for (const char* args : {"state --tdb 25 --rh 50", "locate 500 400", "--help", "render --help"}) {
+        const std::string cmd = clitest::Quote(clitest::kBinary) + " " + args + " >/dev/full 2>/dev/null";
+        const int raw = std::system(cmd.c_str());
+        EXPECT_TRUE(WIFEXITED(raw) && WEXITSTATUS(raw) == 1) << args << ": " << raw;
+    }
+}
+
+// Inputs that would cost without bound are refused with one line naming the limit, and a
+// scene with very many problems reports the first ones and a count.
+TEST(CommandLine, WorkBeyondItsBoundsIsRefusedNamingTheBound)
+{
+    const std::filesystem::path dir = clitest::ScratchDir("bounds");
+    std::string path = R"({"processes": [{"steps": [{"type": "path", "points": [)";
+    for (std::size_t i = 0; i <= Scene::kMaxPathStates; ++i) path += std::string(i ? "," : "") + R"({"d": 5, "h": 40})";
+    clitest::WriteText(dir / "path.json", path + "]}]}]}");
+    std::string keys = "{";
+    for (int i = 0; i < 25; ++i) keys += std::string(i ? "," : "") + "\"k" + std::to_string(i) + "\": 1";
+    clitest::WriteText(dir / "keys.json", keys + "}");
+    clitest::WriteText(dir / "long.json", "{\"" + std::string(100000, 'x') + "\": 1}");
+    const struct {
+        std::vector<std::string> args;
+        std::string lastLine;
+        std::size_t lines;
+    } cases[] = {
+        {{"render", "path.json"}, "path.json:/processes/0/steps/0/points: a path holds at most 2000 states; this one has 2001", 1},
+        {{"render", "keys.json"}, "keys.json: 5 more problems not shown", SceneError::kMaxShown + 1},
+        {{"render", "long.json"}, "long.json:/" + std::string(64, 'x') + "...: unknown key \"" + std::string(64, 'x') + "...\"", 1},
+        {{"render", "--size", "8192x8192"}, "--size: 8192x8192 is beyond the 16777216 pixels one drawing may have", 1},
+    };
+    for (const auto& c : cases) {
+        const clitest::Run r = clitest::RunKygraph(c.args, dir);
+        EXPECT_EQ(r.status, 2) << c.args.back();
+        EXPECT_EQ(static_cast<std::size_t>(std::count(r.err.begin(), r.err.end(), '\n')), c.lines) << r.err.substr(0, 300);
+        const std::size_t last = r.err.rfind('\n', r.err.size() - 2);
+        EXPECT_EQ(r.err.substr(last == std::string::npos ? 0 : last + 1), "kygraph: " + c.lastLine + "\n");
+    }
 }

@@ -141,6 +141,7 @@ TEST(SceneReader, ReportsEachProblemWithItsPlace)
         {"{\"points\": [{\"name\": \"A\", \"tdb\": 25 \"rh\": 60}]}",
          "scene:1:37: malformed JSON: syntax error while parsing object - unexpected string literal; expected '}'"},
         {"{\n  \"pressure\": 1e400\n}", "scene:2:15: malformed JSON: number overflow parsing '1e400'"},
+        {"{} {}", "scene:1:4: malformed JSON: syntax error while parsing value - unexpected '{'; expected end of input"},
         {"{\"comment\": " + deep + "}", "scene:" + deepPointer + ": the document nests deeper than 64 levels"},
         {"[1, 2]", "scene: expected an object, found an array"},
         {"{\"winter\": true, \"winter\": 1}",

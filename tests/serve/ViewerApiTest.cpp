@@ -15,11 +15,17 @@
 #include <fstream>
 #include <sstream>
 #include <thread>
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
 #include <unistd.h>
 
 namespace {
 
 using Json = nlohmann::json;
+
+// A body beyond the viewer's limit.
+constexpr std::size_t kBigBody = serve::kMaxBodyBytes + 512 * 1024;
 
 class ViewerApi : public ::testing::Test {
 protected:
@@ -154,23 +160,131 @@ TEST_F(ViewerApi, BadBodiesAreRefusedWithAMessage)
     EXPECT_EQ(GetJson("/api/scene"), Json::object());
 }
 
-TEST_F(ViewerApi, RequestsFromOtherSitesAreRefused)
+// A connection to the viewer on loopback; Exchange sends bytes as they are and returns the
+// status line of the answer ("" when there is none).
+class RawConnection {
+public:
+    explicit RawConnection(int port) : m_fd(::socket(AF_INET, SOCK_STREAM, 0))
+    {
+        sockaddr_in addr{};
+        addr.sin_family = AF_INET;
+        addr.sin_port = htons(static_cast<uint16_t>(port));
+        addr.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        timeval timeout{10, 0};  // a guard against a hang, not a measure of speed
+        ::setsockopt(m_fd, SOL_SOCKET, SO_RCVTIMEO, &timeout, sizeof timeout);
+        m_connected = ::connect(m_fd, reinterpret_cast<sockaddr*>(&addr), sizeof addr) == 0;
+    }
+    ~RawConnection() { ::close(m_fd); }
+    bool Send(const std::string& bytes) { return m_connected && ::send(m_fd, bytes.data(), bytes.size(), MSG_NOSIGNAL) > 0; }
+    std::string StatusLine()
+    {
+        std::string got;
+        char c = 0;
+        while (got.find("\r\n") == std::string::npos && ::recv(m_fd, &c, 1, 0) == 1) got += c;
+        return got.substr(0, got.find("\r\n"));
+    }
+    std::string Exchange(const std::string& bytes)
+    {
+        Send(bytes);
+        return StatusLine();
+    }
+
+private:
+    int m_fd;
+    bool m_connected = false;
+};
+
+TEST_F(ViewerApi, RequestsFromOtherSitesAndAmbiguousRequestsAreRefused)
 {
-    // A page elsewhere can make the browser send a form post, or reach us by a name that
-    // resolves here (DNS rebinding); neither gets through.
-    auto form = client->Post("/api/points", "x=1", "application/x-www-form-urlencoded");
-    ASSERT_TRUE(form);
-    EXPECT_EQ(form->status, 415);
-    httplib::Headers foreign = {{"Host", "attacker.example:8080"}};
-    auto rebound = client->Get("/api/scene", foreign);
-    ASSERT_TRUE(rebound);
-    EXPECT_EQ(rebound->status, 403);
-    httplib::Headers local = {{"Host", "localhost:8080"}};
-    EXPECT_EQ(client->Get("/api/scene", local)->status, 200);
-    auto missing = client->Get("/api/nothing");
-    ASSERT_TRUE(missing);
-    EXPECT_EQ(missing->status, 404);
-    EXPECT_TRUE(Json::parse(missing->body, nullptr, false).contains("error"));
+    const std::string port = std::to_string(server.Port());
+    const std::string host = "Host: 127.0.0.1:" + port + "\r\n";
+    const std::string json = "Content-Type: application/json\r\n";
+    const std::string big(kBigBody, ' ');
+    const auto chunked = [](const std::string& body) {
+        std::string out;
+        for (std::size_t at = 0; at < body.size(); at += 65536) {
+            const std::string part = body.substr(at, 65536);
+            char size[16];
+            std::snprintf(size, sizeof size, "%zx", part.size());
+            out += std::string(size) + "\r\n" + part + "\r\n";
+        }
+        return out + "0\r\n\r\n";
+    };
+    const struct {
+        std::string request;
+        const char* status;
+    } cases[] = {
+        // Names: only ours, exactly, with the port, once.
+        {"GET /api/info HTTP/1.1\r\nHost: localhost:" + port + "\r\n\r\n", "200"},
+        {"GET /api/info HTTP/1.1\r\nHost: [::1]:" + port + "\r\n\r\n", "200"},
+        {"GET /api/scene HTTP/1.1\r\nHost: 127.evil.example:" + port + "\r\n\r\n", "403"},
+        {"GET /api/scene HTTP/1.1\r\nHost: attacker.example:8080\r\n\r\n", "403"},
+        {"GET /api/scene HTTP/1.1\r\nHost: 127.0.0.1\r\n\r\n", "403"},
+        {"GET /api/scene HTTP/1.1\r\n" + host + "Host: evil.example\r\n\r\n", "400"},
+        {"GET /api/scene HTTP/1.1\r\n\r\n", "400"},
+        // Pages of other sites, by Origin or by what the browser says it is fetching for.
+        {"PUT /api/scene HTTP/1.1\r\n" + host + json + "Origin: http://evil.example\r\nContent-Length: 2\r\n\r\n{}", "403"},
+        {"PUT /api/scene HTTP/1.1\r\n" + host + json + "Origin: http://127.0.0.1:" + port + "\r\nContent-Length: 2\r\n\r\n{}", "200"},
+        {"GET /api/chart?w=10&h=10 HTTP/1.1\r\n" + host + "Sec-Fetch-Site: cross-site\r\n\r\n", "403"},
+        {"POST /api/points HTTP/1.1\r\n" + host + "Content-Type: application/x-www-form-urlencoded\r\nContent-Length: 3\r\n\r\nx=1", "415"},
+        // One framing of the body, read against the limit whatever it is.
+        {"PUT /api/scene HTTP/1.1\r\n" + host + json + "Content-Length: abc\r\n\r\n{}", "400"},
+        {"PUT /api/scene HTTP/1.1\r\n" + host + json + "Content-Length: 2\r\nContent-Length: 0\r\n\r\n{}", "400"},
+        {"PUT /api/scene HTTP/1.1\r\n" + host + json + "Content-Length: " + std::to_string(big.size()) + "\r\n\r\n" + big, "413"},
+        {"PUT /api/scene HTTP/1.1\r\n" + host + json + "Transfer-Encoding: chunked\r\n\r\n" + chunked(big), "413"},
+        {"PUT /api/scene HTTP/1.1\r\n" + host + json + "Transfer-Encoding: chunked\r\n\r\n" + chunked("{}"), "200"},
+        // Work beyond one request's budget.
+        {"GET /api/chart?w=8192&h=8192 HTTP/1.1\r\n" + host + "\r\n", "413"},
+        {"GET /api/nothing HTTP/1.1\r\n" + host + "\r\n", "404"},
+    };
+    for (const auto& c : cases) {
+        RawConnection conn(server.Port());
+        const std::string status = conn.Exchange(c.request);
+        EXPECT_EQ(status.substr(0, 12), std::string("HTTP/1.1 ") + c.status) << c.request.substr(0, 120);
+    }
+    EXPECT_EQ(GetJson("/api/scene"), Json::object());
+}
+
+TEST_F(ViewerApi, PortsAndAddressesAreNeverSharedOrWidenedSilently)
+{
+    serve::ChartSession other;
+    serve::ViewerServer second(other);
+    std::string error;
+    EXPECT_FALSE(second.Bind("127.0.0.1", server.Port(), error));
+    EXPECT_NE(error.find("is in use"), std::string::npos) << error;
+    const struct {
+        const char* host;
+        bool allowRemote;
+        const char* reason;
+    } refused[] = {{"", false, "no address"}, {"0.0.0.0", false, "--allow-remote"}, {"no.such.host.invalid", true, "no such"}};
+    for (const auto& c : refused) {
+        serve::ViewerServer s(other);
+        EXPECT_FALSE(s.Bind(c.host, 0, error, c.allowRemote)) << c.host;
+        EXPECT_NE(error.find(c.reason), std::string::npos) << error;
+    }
+}
+
+TEST_F(ViewerApi, StalledConnectionsNeitherBlockHoverNorGrowWithoutBound)
+{
+    // Clients that send half a request and stop hold a connection each, not the server.
+    std::vector<std::unique_ptr<RawConnection>> stalled;
+    for (int i = 0; i < 8; ++i) {
+        stalled.push_back(std::make_unique<RawConnection>(server.Port()));
+        stalled.back()->Send("GET /api/info HTTP/1.1\r\nHo");
+    }
+    httplib::Client c("127.0.0.1", server.Port());
+    c.set_read_timeout(3, 0);  // a hover queued behind the stalled clients would not come back in time
+    auto hover = c.Get("/api/state?x=300&y=400&w=1000&h=800");
+    ASSERT_TRUE(hover);
+    EXPECT_EQ(hover->status, 200);
+    c.stop();
+    // Beyond the limit a connection is told so at once.
+    while (static_cast<int>(stalled.size()) < serve::ViewerServer::kMaxConnections) {
+        stalled.push_back(std::make_unique<RawConnection>(server.Port()));
+        stalled.back()->Send("GET /api/info HTTP/1.1\r\nHo");
+    }
+    RawConnection over(server.Port());
+    EXPECT_EQ(over.StatusLine(), "HTTP/1.1 503 Service Unavailable");
 }
 
 TEST_F(ViewerApi, InProcessRequestsAreAnsweredAsOverTheSocket)
@@ -181,15 +295,16 @@ TEST_F(ViewerApi, InProcessRequestsAreAnsweredAsOverTheSocket)
         const std::size_t end = answer.find("\r\n\r\n");
         return std::pair{answer.substr(0, answer.find("\r\n")), end == std::string::npos ? "" : answer.substr(end + 4)};
     };
-    const auto [status, body] = raw("GET /api/info HTTP/1.1\r\nHost: 127.0.0.1\r\n");
+    const std::string host = "Host: 127.0.0.1:" + std::to_string(server.Port()) + "\r\n";
+    const auto [status, body] = raw("GET /api/info HTTP/1.1\r\n" + host);
     EXPECT_EQ(status, "HTTP/1.1 200 OK");
     EXPECT_EQ(body, client->Get("/api/info")->body);
     // The same guard and error handlers as a connection.
     EXPECT_EQ(raw("GET /api/scene HTTP/1.1\r\nHost: attacker.example\r\n").first, "HTTP/1.1 403 Forbidden");
-    EXPECT_EQ(raw("GET /api/nothing HTTP/1.1\r\n").first, "HTTP/1.1 404 Not Found");
+    EXPECT_EQ(raw("GET /api/nothing HTTP/1.1\r\n" + host).first, "HTTP/1.1 404 Not Found");
     EXPECT_EQ(raw("not a request\r\n").first, "HTTP/1.1 400 Bad Request");
     // And the same session: a point added in process is in the scene the socket serves.
-    EXPECT_EQ(raw("POST /api/points HTTP/1.1\r\nContent-Type: application/json\r\n",
+    EXPECT_EQ(raw("POST /api/points HTTP/1.1\r\nContent-Type: application/json\r\n" + host,
                   R"({"x": 300, "y": 300, "w": 1000, "h": 800})")
                   .first,
               "HTTP/1.1 200 OK");
@@ -315,6 +430,18 @@ TEST_F(ViewerApi, ConcurrentRequestsAreServedOneChartCallAtATime)
     EXPECT_EQ(failures, 0);
 }
 
+TEST_F(ViewerApi, HoverIsAnsweredWhileTheChartIsBeingDrawn)
+{
+    // The drawing lock held as a long redraw holds it: a hover must not need it.
+    const Json alone = GetJson("/api/state?x=300&y=400&w=1000&h=800");
+    std::lock_guard<std::mutex> drawing(serve::ChartMutex());
+    httplib::Client c("127.0.0.1", server.Port());
+    c.set_read_timeout(10, 0);  // a hover that waited for the lock would never come back
+    auto res = c.Get("/api/state?x=300&y=400&w=1000&h=800");
+    ASSERT_TRUE(res);
+    EXPECT_EQ(Json::parse(res->body, nullptr, false), alone);
+}
+
 TEST_F(ViewerApi, SaveWithoutAFileIsRefused)
 {
     auto res = Send("POST", "/api/save", "{}");
@@ -378,24 +505,44 @@ TEST_F(ViewerSave, AFailedSaveLeavesWhatWasThere)
     EXPECT_EQ(entries, 1u);
 }
 
+// The viewer reuses one chart for every scene; a scene that changes what the chart fixes when
+// it is built (lengths, range, pressure, formulation) must still draw and map as a fresh
+// `kygraph render` of it does, whatever scene came before.
 TEST_F(ViewerApi, AnExportedSceneRendersToTheSameImage)
 {
     const std::string program = std::string(KY_BINARY_DIR) + "/bin/kygraph";
     if (!std::filesystem::exists(program)) GTEST_SKIP() << program << " is not built";
-    ASSERT_EQ(Send("PUT", "/api/scene", R"({"points": [{"name": "A", "tdb": 28, "rh": 50}], "display": {"h_lines": false}})")
-                  ->status,
-              200);
-    const std::string shown = client->Get("/api/chart?w=800&h=600")->body;
+    const char* scenes[] = {
+        R"({"points": [{"name": "A", "tdb": 28, "rh": 50}], "display": {"h_lines": false}})",
+        R"({"lengths": {"t": 9, "d": 3}, "points": [{"name": "A", "tdb": 28, "rh": 50}]})",
+        R"({"pressure": 70000, "formulation": "ashrae", "range": {"tmin": 0, "tmax": 40, "dmin": 5, "dmax": 30}})",
+    };
     const auto dir = std::filesystem::temp_directory_path() / ("kygraph-export-" + std::to_string(::getpid()));
     std::filesystem::create_directories(dir);
-    { std::ofstream(dir / "scene.json") << client->Get("/api/scene?w=800&h=600&download=1")->body; }
-    const std::string cmd = program + " render " + (dir / "scene.json").string() + " -o " + (dir / "out.png").string();
-    ASSERT_EQ(std::system(cmd.c_str()), 0) << cmd;
-    std::ifstream in(dir / "out.png", std::ios::binary);
-    const std::string rendered((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    for (const char* scene : scenes) {
+        ASSERT_EQ(Send("PUT", "/api/scene", scene)->status, 200) << scene;
+        const std::string shown = client->Get("/api/chart?w=800&h=600")->body;
+        // Warm and dry, a quarter into the plot area from its top-left corner: a state in any
+        // of these scenes.
+        const Json plot = GetJson("/api/geometry?w=800&h=600")["plot"];
+        const int x = (3 * plot["left"].get<int>() + plot["right"].get<int>()) / 4;
+        const int y = (3 * plot["top"].get<int>() + plot["bottom"].get<int>()) / 4;
+        const Json hover = GetJson("/api/state?x=" + std::to_string(x) + "&y=" + std::to_string(y) + "&w=800&h=600");
+        { std::ofstream(dir / "scene.json") << client->Get("/api/scene?w=800&h=600&download=1")->body; }
+        const std::string cmd = program + " render " + (dir / "scene.json").string() + " -o " + (dir / "out.png").string() +
+                                " && " + program + " locate --json --scene " + (dir / "scene.json").string() + " " +
+                                std::to_string(x) + " " + std::to_string(y) + " >" + (dir / "locate.json").string();
+        ASSERT_EQ(std::system(cmd.c_str()), 0) << cmd;
+        std::ifstream in(dir / "out.png", std::ios::binary);
+        const std::string rendered((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+        EXPECT_EQ(PngSize(rendered), std::make_pair(800, 600));
+        EXPECT_TRUE(rendered == shown) << "kygraph render drew " << scene << " differently";
+        const Json located = Json::parse(std::ifstream(dir / "locate.json"), nullptr, false);
+        ASSERT_EQ(hover["inside"], true) << scene << ": " << hover.dump();
+        EXPECT_NEAR(hover["h"].get<double>(), located["h"].get<double>(), 1e-9) << scene;
+        EXPECT_NEAR(hover["d"].get<double>(), located["d"].get<double>(), 1e-9) << scene;
+    }
     std::filesystem::remove_all(dir);
-    EXPECT_EQ(PngSize(rendered), std::make_pair(800, 600));
-    EXPECT_TRUE(rendered == shown) << "kygraph render drew the exported scene differently";
 }
 
 }  // namespace
