@@ -34,11 +34,11 @@ std::string SceneError::Format(const std::string& source) const
     return source + ":" + pointer + ": " + message;
 }
 
-<<<<<<< HEAD
 const char* FormulationKey(Ky::_Formulation f)
 {
     return f == Ky::FORMULATION_REALGAS ? "realgas" : f == Ky::FORMULATION_ASHRAE2017 ? "ashrae" : "chart";
-=======
+}
+
 std::vector<SceneError> SceneError::Shown(const std::vector<SceneError>& errors)
 {
     if (errors.size() <= kMaxShown) return errors;
@@ -54,7 +54,6 @@ std::string SceneError::Quoted(const std::string& text)
     std::size_t cut = kMax;
     while (cut > 0 && (static_cast<unsigned char>(text[cut]) & 0xC0) == 0x80) --cut;  // not inside a character
     return text.substr(0, cut) + "...";
->>>>>>> issue-16
 }
 
 std::string JsonPointer(const std::string& base, const std::string& key)

@@ -26,16 +26,10 @@ StateCommand::StateCommand(CLI::App& app)
         m_options[i] = m_cmd->add_option(std::string("--") + StateInput::Key(prop), m_values[i], kDescriptions[i])
                              ->check(CommandLine::Decimal());
     }
-<<<<<<< HEAD
-    m_pressureOption = m_cmd->add_option("--pressure", m_pressure, "Atmospheric pressure, Pa (default 101325)");
-    m_cmd->add_option("--formulation", m_formulation, "Moist-air relations: chart, ashrae or realgas")
-        ->check(CLI::IsMember({"chart", "ashrae", "realgas"}))
-=======
     m_pressureOption = m_cmd->add_option("--pressure", m_pressure, "Atmospheric pressure, Pa (default 101325)")
                            ->check(CommandLine::Decimal());
-    m_cmd->add_option("--formulation", m_formulation, "Moist-air relations: chart or ashrae")
-        ->check(CLI::IsMember({"chart", "ashrae"}))
->>>>>>> issue-16
+    m_cmd->add_option("--formulation", m_formulation, "Moist-air relations: chart, ashrae or realgas")
+        ->check(CLI::IsMember({"chart", "ashrae", "realgas"}))
         ->capture_default_str();
     m_cmd->add_flag("--json", m_json, "One JSON object instead of a table");
     m_cmd->footer("Pairs: " + StateInput::SupportedPairs() +
