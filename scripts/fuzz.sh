@@ -37,7 +37,7 @@ export TMPDIR="$work"
 failed=()
 # run TARGET SEED: one bounded run on a copy of the target's corpus.
 run() {
-  local target=$1 runSeed=$2
+  local target=$1 runSeed=$2 fatal=$3
   local corpus="$work/$target-$runSeed" artifacts="$work/$target-$runSeed-artifacts"
   mkdir -p "$corpus" "$artifacts"
   cp fuzz/corpus/"$target"/* "$corpus"/
@@ -50,7 +50,7 @@ run() {
     -rss_limit_mb=2048 -artifact_prefix="$artifacts/" -print_final_stats=1 >"$log" 2>&1 || status=$?
   # A report that did not stop the run still fails it.
   if [ "$status" -ne 0 ] || grep -qE "ERROR: (AddressSanitizer|LeakSanitizer|libFuzzer)|runtime error:" "$log"; then
-    failed+=("$target (seed $runSeed)")
+    if [ "$fatal" = 1 ]; then failed+=("$target (seed $runSeed)"); else found+=("$target (seed $runSeed)"); fi
     grep -vE "^(#[0-9]+|INFO:)" "$log" | tail -60
     cp "$artifacts"/* "$crashes"/ 2>/dev/null || true
   fi
@@ -60,10 +60,18 @@ run() {
   echo "  ${runs:-0} inputs, the slowest ${slowest:-?} s"
 }
 
+# In CI a finding of the fresh seed is reported, with its seed and input, but does not fail
+# the run: CI must give the same verdict for the same tree. Elsewhere (or with
+# FUZZ_FRESH_FATAL=1) it fails like any other.
+fresh_fatal=${FUZZ_FRESH_FATAL:-$([ "${CI:-}" = true ] && echo 0 || echo 1)}
+found=()
 for target in "${targets[@]}"; do
-  run "$target" "$seed"
-  run "$target" "$fresh"
+  run "$target" "$seed" 1
+  run "$target" "$fresh" "$fresh_fatal"
 done
+if [ ${#found[@]} -gt 0 ]; then
+  echo "fuzz: FINDING with a fresh seed (not failing CI): ${found[*]} (inputs kept in $crashes/)" >&2
+fi
 
 if [ ${#failed[@]} -gt 0 ]; then
   echo "fuzz: failed: ${failed[*]} (inputs kept in $crashes/)" >&2
