@@ -11,6 +11,12 @@ CKyChart* CKyChart::InstanceGloble()
     return &s_instance;
 }
 
+double CKyChart::StandardPressure(double altitude)
+{
+    if (!(altitude >= kMinAltitude && altitude <= kMaxAltitude)) return std::nan("");
+    return 101325.0 * std::pow(1.0 - 2.25577e-5 * altitude, 5.2559);
+}
+
 bool CKyChart::SetGlobleB(double pa)
 {
     if (!(pa >= kMinB && pa <= kMaxB))  // also false for NaN

@@ -9,6 +9,15 @@ public:
     static constexpr double kDefaultB = 101325.0;  // Pa, standard sea-level atmosphere
     static constexpr double kMinB = 50000.0;       // Pa, about 5 500 m altitude
     static constexpr double kMaxB = 110000.0;      // Pa, below the Dead Sea shore and then some
+    // Altitudes the standard atmosphere below is valid for, m (the troposphere).
+    static constexpr double kMinAltitude = -500.0;
+    static constexpr double kMaxAltitude = 11000.0;
+
+    // Pressure of the standard atmosphere at altitude z (m above sea level), Pa:
+    // p = 101.325 (1 - 2.25577e-5 z)^5.2559 kPa (ASHRAE Handbook - Fundamentals (2017) ch. 1
+    // eq. 3). NaN outside kMinAltitude..kMaxAltitude (and for NaN); from about 5 400 m up the
+    // result lies below kMinB, which SetGlobleB refuses.
+    static double StandardPressure(double altitude);
 
     // The process-wide instance. A function-local static with no dependencies, so that it is
     // safe to reach from other singletons' constructors. The name is spelled so on purpose.

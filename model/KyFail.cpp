@@ -1,5 +1,7 @@
 #include "internal/KyFail.h"
 
+#include <kygraph/KyMessages.h>
+
 #include <cstdarg>
 #include <cwchar>
 
@@ -12,7 +14,7 @@ bool Fail(CKyObject& obj, Ky::_ErrorStatus status, const wchar_t* fmt, ...)
     wchar_t buf[512];
     va_list args;
     va_start(args, fmt);
-    const int n = std::vswprintf(buf, sizeof buf / sizeof buf[0], fmt, args);
+    const int n = std::vswprintf(buf, sizeof buf / sizeof buf[0], CKyMessages::Localize(fmt), args);
     va_end(args);
     if (n < 0) buf[sizeof buf / sizeof buf[0] - 1] = L'\0';
     obj.SetError(CString(buf), status);
@@ -23,7 +25,7 @@ std::wstring WithNumbers(const wchar_t* fmt, std::initializer_list<double> value
 {
     std::wstring out;
     auto next = values.begin();
-    for (const wchar_t* p = fmt; *p; ++p) {
+    for (const wchar_t* p = CKyMessages::Localize(fmt); *p; ++p) {
         if (p[0] != L'%' || (p[1] != L'g' && p[1] != L'%')) {
             out += *p;
             continue;

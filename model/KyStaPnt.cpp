@@ -120,12 +120,21 @@ bool CKyStaPnt::Commit(const State& s)
 // The whole of a candidate state is checked here before it is committed: dry bulb in range,
 // d >= 0, pv < B and RH <= 1 + RHRounding. Setters check their own inputs first so that the
 // text names the input at fault; this catches what follows from the pair.
+// Where d is so large that no dry air is left to the rounding (pv a few ulps below B), the
+// real gas's enthalpy divides by zero: there is no air there to answer for.
+#define KY_CHECK_H_FINITE(s)                                                                              \
+    do {                                                                                                  \
+        if (!std::isfinite((s).h))                                                                        \
+            KY_REFUSE(Ky::ERR_OUT_OF_DOMAIN, L"在 -100～200 °C 且水蒸气分压力低于大气压力的范围内无此状态。"); \
+    } while (0)
+
 #define KY_CHECK_STATE(s)                                                                              \
     do {                                                                                               \
         if (!IsDerivedTdbInRange((s).tdb))                                                             \
             KY_REFUSE(Ky::ERR_OUT_OF_DOMAIN, L"由此得出的干球温度 %g °C 超出 -100～200 °C 的计算范围。", \
                       (s).tdb);                                                                        \
         if (!((s).d >= 0.0)) KY_REFUSE(Ky::ERR_OUT_OF_DOMAIN, L"由此得出的含湿量 %g g/kg 为负。", (s).d); \
+        KY_CHECK_H_FINITE(s);                                                                          \
         if (!((s).pv < (s).b))                                                                         \
             KY_REFUSE(Ky::ERR_OUT_OF_DOMAIN, L"水蒸气分压力 %g Pa 不小于大气压力 %g Pa。", (s).pv, (s).b); \
         const double rhTol_ = RHRounding(Psy::CoefOf((s).form), (s).tdb, (s).h, (s).d / 1000.0);       \
@@ -195,7 +204,9 @@ bool CKyStaPnt::SetBy_TdbandRH(double tdb, double rh)
     const double ps = Psy::SatPartial(*g.c, tdb, g.b);
     const double pv = rh * ps;
     if (!(pv < g.b)) KY_REFUSE(Ky::ERR_OUT_OF_DOMAIN, L"水蒸气分压力 %g Pa 不小于大气压力 %g Pa。", pv, g.b);
-    return Commit(State::AtTdbPv(tdb, pv, ps, g.b, g.form));
+    const State s = State::AtTdbPv(tdb, pv, ps, g.b, g.form);
+    KY_CHECK_H_FINITE(s);
+    return Commit(s);
 }
 
 bool CKyStaPnt::SetBy_TdbandTwb(double tdb, double twb)
@@ -345,12 +356,17 @@ bool CKyStaPnt::SetHRH(double h, double rh, double b, Ky::_Formulation form)
     State s;
     s.h = h;
     s.tdb = t;
+    s.ps = Psy::SatPartial(*g.c, t, g.b);
     // d from h and t in closed form, so that GetH returns h exactly and the state is
-    // self-consistent; RH then carries the solver's residual (far below 1e-9).
-    const double w = Psy::WFromHT(*g.c, h, t, g.b);
+    // self-consistent; RH then carries the solver's residual (far below 1e-9). The W of
+    // (t, RH) is the real gas's starting point.
+    const double pvRH = (rh < 1.0 ? rh : 1.0) * s.ps;
+    const double w = Psy::WFromHT(*g.c, h, t, g.b, pvRH < g.b ? Psy::WFromPv(*g.c, pvRH, g.b) : kNaN);
+    // The real gas's enthalpy has no W for an h far beyond any air (NaN): refused, never read
+    // as dry air with that enthalpy.
+    if (w != w) KY_REFUSE(Ky::ERR_OUT_OF_DOMAIN, L"在 -100～200 °C 且水蒸气分压力低于大气压力的范围内无此状态。");
     s.d = 1000.0 * (w > 0.0 ? w : 0.0);
     s.pv = Psy::PvFromW(*g.c, s.d / 1000.0, g.b);
-    s.ps = Psy::SatPartial(*g.c, t, g.b);
     s.twb = kNaN;
     s.b = g.b;
     s.form = g.form;

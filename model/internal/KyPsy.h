@@ -135,10 +135,10 @@ inline double TdbFromHW(const Coef& c, double h, double W, double B)
     return c.real ? Real::TdbFromHW(h, W, B) : (h - c.hg0 * W) / (c.cpa + c.cpv * W);
 }
 // W (kg/kg) from h (kJ/kg) and t (°C), the same relation solved for W; negative when h is
-// below the enthalpy of dry air at t.
-inline double WFromHT(const Coef& c, double h, double t, double B)
+// below the enthalpy of dry air at t. guess, a W close to the answer, speeds the real gas up.
+inline double WFromHT(const Coef& c, double h, double t, double B, double guess = kNaN)
 {
-    return c.real ? Real::WFromHT(h, t, B, 0.0) : (h - c.cpa * t) / (c.hg0 + c.cpv * t);
+    return c.real ? Real::WFromHT(h, t, B, 0.0, guess) : (h - c.cpa * t) / (c.hg0 + c.cpv * t);
 }
 // Absolute rounding error (kg/kg) of a W derived from h at t by WFromHT: h - cpa t cancels
 // where W is small, so a few ulps of h and cpa t become a large share of W. Supersaturation

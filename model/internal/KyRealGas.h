@@ -55,7 +55,7 @@ double TdbFromHW(double h, double W, double B);
 // The humidity ratio W (kg/kg) with Enthalpy(t, W, B) - k W = h, t given: the enthalpy solved
 // for W (k = 0), or the wet-bulb balance with k the enthalpy of the condensate (kJ/kg).
 // Negative when h lies below the dry air's enthalpy; NaN when no W in 0..1e6 fits (beyond
-// any state the model accepts).
-double WFromHT(double h, double t, double B, double k);
+// any state the model accepts). A positive guess near the answer saves a step or two.
+double WFromHT(double h, double t, double B, double k, double guess = __builtin_nan(""));
 
 }  // namespace Ky::Psy::Real

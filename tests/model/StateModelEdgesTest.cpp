@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <string>
@@ -129,6 +130,21 @@ TEST_F(StateModelEdges, D5_WetBulbResidualNearThePole)
                     const double slope = (back.GetD() - up.GetD()) / 1e-4;
                     EXPECT_LT(std::fabs(back.GetD() - p.GetD()) / slope, 1e-10) << f << " " << b << " " << t << " " << rh;
                 }
+}
+
+// D8: an enthalpy far beyond any air is refused by (h, RH) in every formulation, or read back
+// as given; the real gas once took it as dry air with that enthalpy (RH 0, d 0).
+TEST_F(StateModelEdges, D8_HandRHBeyondAnyAirIsNeverDryAir)
+{
+    for (Ky::_Formulation f : kAll)
+        for (double h : {1e10, 1e300})
+            for (double rh : {0.5, 1.0, 1.000000001}) {
+                Use(f, 101325.0);
+                CKyStaPnt p;
+                if (!p.SetBy_HandRH(h, rh)) continue;
+                EXPECT_EQ(p.GetH(), h) << f;
+                EXPECT_NEAR(p.GetRH(), std::min(rh, 1.0), 1e-9) << f << " " << h << " " << rh;
+            }
 }
 
 // Refusals show the input and the limit with the digits that tell them apart.
