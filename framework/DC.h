@@ -69,6 +69,14 @@ public:
     // Outlined with the pen, filled with the selected brush (corners in either order).
     BOOL Ellipse(int x1, int y1, int x2, int y2);
     BOOL Ellipse(LPCRECT rect);
+    // Fills the polygon through the points (closed, alternate fill rule, no outline) with color
+    // at opacity alpha/255 over what is already drawn. Fewer than three points draw nothing and
+    // return FALSE. Neither the selected pen nor the brush is used or changed.
+    BOOL FillPolygonAlpha(const POINT* pts, int count, COLORREF color, BYTE alpha);
+    // Marks what is drawn until EndGroup as one named part of the drawing: an SVG document
+    // keeps it as one group (class name); rasters and GDI have no use for it.
+    void BeginGroup(const CString& name);
+    void EndGroup();
 
     BOOL TextOut(int x, int y, const CString& text);
     BOOL TextOut(int x, int y, const wchar_t* text, int count);

@@ -9,13 +9,14 @@
 #include <vector>
 
 struct KYFW_API CDrawRecord {
-    enum Kind { Line, Polyline, Arc, Ellipse, Text, FillRect, BitBlt };
+    enum Kind { Line, Polyline, Arc, Ellipse, Text, FillRect, BitBlt, FillPolygon };
 
     Kind kind = Line;
     // Line: from, to. Polyline: the points. Arc: bounding-rectangle corners (left, top),
     // (right, bottom), then start and end radial points. Ellipse: the two corners as given.
     // Text: the reference point. FillRect: (left, top), (right, bottom). BitBlt: destination
-    // (x, y), size (w, h) as a point, source (x, y).
+    // (x, y), size (w, h) as a point, source (x, y). FillPolygon: the points, with brushColor
+    // the fill and alpha its opacity.
     std::vector<CPoint> pts;
     CString text;          // Text only
     int fontHeight = 0;    // Text: the selected font's lfHeight
@@ -28,4 +29,5 @@ struct KYFW_API CDrawRecord {
     COLORREF textColor = 0;
     COLORREF bkColor = 0;
     int bkMode = OPAQUE;
+    int alpha = 255;       // FillPolygon: opacity, 0..255
 };

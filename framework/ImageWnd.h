@@ -33,6 +33,11 @@ public:
     int SavePng(const char* path);
     // The pixel at (x, y), 0xFFFFFFFF outside the surface or for vector windows.
     COLORREF GetPixel(int x, int y) const;
+    // Vector windows: the document becomes a page of widthMm x heightMm with the client area
+    // fitted (and centred) within marginMm of its edges, and a pixel of pen width comes to
+    // half a point on paper. Call before drawing. FALSE (nothing changed) for a raster window
+    // or a page that leaves no room.
+    BOOL SetPaper(double widthMm, double heightMm, double marginMm);
     // Vector windows: writes the SVG or PDF document; 1 on success, 0 on failure.
     int SaveVector(const char* path);
     // The encoded image (PNG for raster windows, SVG or PDF for vector windows) as bytes.

@@ -22,8 +22,8 @@ CResourceModule::CResourceModule(const char* name, const KyStringEntry* entries,
 }
 
 #if defined(_WIN32)
-CResourceModule::CResourceModule(const char* name, HINSTANCE instance)
-    : m_name(name ? name : ""), m_entries(nullptr), m_count(0), m_instance(instance)
+CResourceModule::CResourceModule(const char* name, HINSTANCE instance, UINT idOffset)
+    : m_name(name ? name : ""), m_entries(nullptr), m_count(0), m_instance(instance), m_idOffset(idOffset)
 {
 }
 #endif
@@ -35,7 +35,7 @@ BOOL CResourceModule::Load(UINT id, CString& text) const
         // With a zero buffer size LoadStringW points into the resource itself: no copy, no
         // length limit. The entry is not NUL-terminated.
         const wchar_t* res = nullptr;
-        const int n = ::LoadStringW(static_cast<HINSTANCE>(m_instance), id, reinterpret_cast<LPWSTR>(&res), 0);
+        const int n = ::LoadStringW(static_cast<HINSTANCE>(m_instance), id + m_idOffset, reinterpret_cast<LPWSTR>(&res), 0);
         if (n <= 0 || !res) return FALSE;
         text = CString(res, n);
         return TRUE;

@@ -19,8 +19,9 @@ public:
     // entries need not be sorted; they must outlive the module object.
     CResourceModule(const char* name, const KyStringEntry* entries, int count);
 #if defined(_WIN32)
-    // The string resources of a loaded module (an EXE or DLL handle).
-    CResourceModule(const char* name, HINSTANCE instance);
+    // The string resources of a loaded module (an EXE or DLL handle); entry id is read at
+    // id + idOffset, so that one module may hold the same table in several languages.
+    CResourceModule(const char* name, HINSTANCE instance, UINT idOffset = 0);
 #endif
 
     const char* Name() const { return m_name; }
@@ -49,4 +50,5 @@ private:
     const KyStringEntry* m_entries;
     int m_count;
     void* m_instance = nullptr;  // Windows: the module whose resources are read
+    UINT m_idOffset = 0;
 };

@@ -1,6 +1,8 @@
-// The KyGraph library's own resources: its string table and version record. Code that loads
-// strings makes this module current for the duration of the call:
+// The KyGraph library's own resources: its string table, in Chinese and in English, and its
+// version record. Code that loads strings makes the module of the chosen language current for
+// the duration of the call:
 //     CResourceModule::Scope scope(KyGraphModule());
+// The language is the process's, chosen by the host; Chinese unless the host says otherwise.
 #pragma once
 
 #include <kygraph/KyExport.h>
@@ -13,5 +15,12 @@ struct KyVersionRecord {
     const char* description;
 };
 
+enum class KyGraphLanguage { Chinese, English };
+
+KYGRAPH_API void KyGraphSetLanguage(KyGraphLanguage language);
+KYGRAPH_API KyGraphLanguage KyGraphGetLanguage();
+
+// The string table of the chosen language; KyGraphModule(language) that of any.
 KYGRAPH_API const CResourceModule& KyGraphModule();
+KYGRAPH_API const CResourceModule& KyGraphModule(KyGraphLanguage language);
 KYGRAPH_API const KyVersionRecord& KyGraphVersion();

@@ -16,3 +16,19 @@
 #define IDS_T_AXIS_TITLE 112
 #define IDS_ASCHART_TITLE 113
 #define IDS_PROCESS_POINT_INVALID 114
+#define IDS_OUTDOOR_POINT 115
+#define IDS_INDOOR_POINT 116
+#define IDS_HRULER_KJ 117
+#define IDS_HRULER_KCAL 118
+
+// Overlays drawn by hosts: zones, data sets, the extra line families and the legend.
+#define IDS_ZONE_EMPTY 130
+#define IDS_ZONE_BOUND_INVALID 131
+#define IDS_DATA_NONE_INSIDE 132
+#define IDS_LEGEND_ISOTHERMS 133
+#define IDS_LEGEND_D_LINES 134
+#define IDS_LEGEND_H_LINES 135
+#define IDS_LEGEND_RH_CURVES 136
+#define IDS_LEGEND_TWB_LINES 137
+#define IDS_LEGEND_V_LINES 138
+#define IDS_LEGEND_EMPTY 139

@@ -29,6 +29,8 @@ BOOL CBitmap::CreateCompatibleBitmap(CDC* pDC, int cx, int cy)
     // GDI's compatible bitmaps start black.
     m_pSurface = Ky::CreateSurface(kind, cx, cy, RGB(0, 0, 0));
     m_bCreated = m_pSurface != nullptr;
+    // A chart drawn for paper keeps its line weights in the bitmaps it draws through.
+    if (m_pSurface && pDC->Backend()->Target()) m_pSurface->penScale = pDC->Backend()->Target()->penScale;
     return m_bCreated ? TRUE : FALSE;
 }
 

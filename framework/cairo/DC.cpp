@@ -292,6 +292,32 @@ BOOL CDC::Ellipse(int x1, int y1, int x2, int y2)
 
 BOOL CDC::Ellipse(LPCRECT rect) { return rect ? Ellipse(rect->left, rect->top, rect->right, rect->bottom) : FALSE; }
 
+void CDC::BeginGroup(const CString& name)
+{
+    if (m_state->backend) m_state->backend->Group(name.ToUtf8(), true);
+}
+
+void CDC::EndGroup()
+{
+    if (m_state->backend) m_state->backend->Group(std::string(), false);
+}
+
+BOOL CDC::FillPolygonAlpha(const POINT* pts, int count, COLORREF color, BYTE alpha)
+{
+    State& s = *m_state;
+    if (!s.backend || !s.backend->Target() || !pts || count < 3) return FALSE;
+    color &= 0x00FFFFFF;
+    if (s.recording) {
+        CDrawRecord r = s.Record(CDrawRecord::FillPolygon);
+        r.pts.assign(pts, pts + count);
+        r.brushNull = false;
+        r.brushColor = color;
+        r.alpha = alpha;
+        s.records.push_back(std::move(r));
+    }
+    return s.backend->FillPolygon(pts, count, color, alpha / 255.0, !s.antialias) ? TRUE : FALSE;
+}
+
 BOOL CDC::TextOut(int x, int y, const CString& text) { return TextOut(x, y, text.GetString(), text.GetLength()); }
 
 BOOL CDC::TextOut(int x, int y, const wchar_t* text, int count)

@@ -5,12 +5,15 @@
 #include <kygraph/DC.h>
 
 #include "internal/KyDCBackend.h"
+#include "internal/KyPngWriter.h"
 #include "internal/KySurface.h"
+#include "internal/KySvgWriter.h"
 
 #include <cairo-pdf.h>
-#include <cairo-svg.h>
 
 #include <algorithm>
+#include <cmath>
+#include <cstdio>
 #include <vector>
 
 struct CImageWnd::Impl {
@@ -19,12 +22,24 @@ struct CImageWnd::Impl {
     bool antialias = true;
     bool recording = false;
     KySurface* surface = nullptr;
+    // Paper, in points (0: the document is the client area at one point per pixel).
+    double pageW = 0, pageH = 0, margin = 0;
     std::vector<std::unique_ptr<CDC>> dcs;  // handed out by GetDC and not yet released
 
     KySurface* NewSurface(int cx, int cy) const
     {
-        return Ky::CreateSurface(kind == Raster ? KySurface::Raster : KySurface::Vector, cx, cy, background);
+        KySurface* s = Ky::CreateSurface(kind == Raster ? KySurface::Raster : KySurface::Vector, cx, cy, background);
+        if (s && pageW > 0 && cx > 0 && cy > 0) s->penScale = kPenPoints / Fit(*s);
+        return s;
     }
+    // Points per pixel of the client area on the page.
+    double Fit(const KySurface& s) const
+    {
+        return std::min((pageW - 2 * margin) / s.width, (pageH - 2 * margin) / s.height);
+    }
+    // A pixel of pen width on paper, in points: hairlines that still print.
+    static constexpr double kPenPoints = 0.5;
+    static constexpr double kPointsPerMm = 72.0 / 25.4;
 };
 
 namespace {
@@ -35,8 +50,9 @@ cairo_status_t AppendBytes(void* closure, const unsigned char* data, unsigned in
     return CAIRO_STATUS_SUCCESS;
 }
 
-// Replays a vector window's drawing onto an SVG or PDF surface and finishes the document.
-bool WriteVector(cairo_surface_t* doc, const KySurface* content)
+// Replays a vector window's drawing onto a PDF surface, scaled by fit and moved by (ox, oy),
+// and finishes the document.
+bool WriteVector(cairo_surface_t* doc, const KySurface* content, double fit = 1, double ox = 0, double oy = 0)
 {
     if (cairo_surface_status(doc) != CAIRO_STATUS_SUCCESS) {
         cairo_surface_destroy(doc);
@@ -44,6 +60,8 @@ bool WriteVector(cairo_surface_t* doc, const KySurface* content)
     }
     if (content->cs) {
         cairo_t* cr = cairo_create(doc);
+        cairo_translate(cr, ox, oy);
+        cairo_scale(cr, fit, fit);
         cairo_set_source_surface(cr, content->cs, 0, 0);
         cairo_paint(cr);
         cairo_destroy(cr);
@@ -130,8 +148,12 @@ int CImageWnd::SavePng(const char* path)
 {
     const KySurface* s = m_hWnd ? m_impl->surface : nullptr;
     if (!path || !*path || !s || !s->cs || m_impl->kind != Raster) return 0;
-    cairo_surface_flush(s->cs);
-    return cairo_surface_write_to_png(s->cs, path) == CAIRO_STATUS_SUCCESS ? 1 : 0;
+    std::string bytes;
+    if (!KyPngWriter::Encode(s->cs, bytes)) return 0;
+    FILE* f = std::fopen(path, "wb");
+    if (!f) return 0;
+    const bool written = std::fwrite(bytes.data(), 1, bytes.size(), f) == bytes.size();
+    return std::fclose(f) == 0 && written ? 1 : 0;
 }
 
 COLORREF CImageWnd::GetPixel(int x, int y) const
@@ -143,9 +165,27 @@ int CImageWnd::SaveVector(const char* path)
 {
     const KySurface* s = m_hWnd ? m_impl->surface : nullptr;
     if (!path || !*path || !s || m_impl->kind == Raster) return 0;
-    cairo_surface_t* doc = m_impl->kind == Svg ? cairo_svg_surface_create(path, s->width, s->height)
-                                               : cairo_pdf_surface_create(path, s->width, s->height);
-    return WriteVector(doc, s) ? 1 : 0;
+    const std::string bytes = Encode();
+    if (bytes.empty()) return 0;
+    FILE* f = std::fopen(path, "wb");
+    if (!f) return 0;
+    const bool ok = std::fwrite(bytes.data(), 1, bytes.size(), f) == bytes.size();
+    return std::fclose(f) == 0 && ok ? 1 : 0;
+}
+
+BOOL CImageWnd::SetPaper(double widthMm, double heightMm, double marginMm)
+{
+    Impl& m = *m_impl;
+    if (!m_hWnd || m.kind == Raster) return FALSE;
+    if (!(widthMm > 0 && heightMm > 0 && marginMm >= 0) || !std::isfinite(widthMm) || !std::isfinite(heightMm) ||
+        !(2 * marginMm < std::min(widthMm, heightMm)) || std::max(widthMm, heightMm) > 10000)
+        return FALSE;
+    m.pageW = widthMm * Impl::kPointsPerMm;
+    m.pageH = heightMm * Impl::kPointsPerMm;
+    m.margin = marginMm * Impl::kPointsPerMm;
+    if (m.surface && m.surface->width > 0 && m.surface->height > 0)
+        m.surface->penScale = Impl::kPenPoints / m.Fit(*m.surface);
+    return TRUE;
 }
 
 std::string CImageWnd::Encode()
@@ -155,15 +195,30 @@ std::string CImageWnd::Encode()
     if (!s) return out;
     bool ok = false;
     if (m_impl->kind == Raster) {
-        if (s->cs) {
-            cairo_surface_flush(s->cs);
-            ok = cairo_surface_write_to_png_stream(s->cs, AppendBytes, &out) == CAIRO_STATUS_SUCCESS;
+        ok = s->cs && KyPngWriter::Encode(s->cs, out);
+    } else if (m_impl->kind == Svg) {
+        KySvgWriter::Page page;
+        if (m_impl->pageW > 0) {
+            // The viewBox keeps the pixels; the page's size and the margin frame them.
+            const auto mm = [](double pt) {
+                char buf[32];
+                std::snprintf(buf, sizeof buf, "%.1fmm", pt / Impl::kPointsPerMm);
+                return std::string(buf);
+            };
+            page.width = mm(m_impl->pageW);
+            page.height = mm(m_impl->pageH);
+            page.margin = m_impl->margin / m_impl->Fit(*s);
         }
+        out = KySvgWriter::Write(*s, page);
+        ok = !out.empty();
     } else {
-        cairo_surface_t* doc = m_impl->kind == Svg
-                                   ? cairo_svg_surface_create_for_stream(AppendBytes, &out, s->width, s->height)
-                                   : cairo_pdf_surface_create_for_stream(AppendBytes, &out, s->width, s->height);
-        ok = WriteVector(doc, s);
+        const Impl& m = *m_impl;
+        const bool paper = m.pageW > 0 && s->width > 0 && s->height > 0;
+        const double fit = paper ? m.Fit(*s) : 1.0;
+        cairo_surface_t* doc = cairo_pdf_surface_create_for_stream(AppendBytes, &out, paper ? m.pageW : s->width,
+                                                                   paper ? m.pageH : s->height);
+        ok = WriteVector(doc, s, fit, paper ? (m.pageW - s->width * fit) / 2 : 0,
+                         paper ? (m.pageH - s->height * fit) / 2 : 0);
     }
     if (!ok) out.clear();
     return out;

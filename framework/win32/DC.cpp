@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <vector>
 
 namespace {
 
@@ -237,6 +238,66 @@ BOOL CDC::Ellipse(int x1, int y1, int x2, int y2)
 }
 
 BOOL CDC::Ellipse(LPCRECT rect) { return rect ? Ellipse(rect->left, rect->top, rect->right, rect->bottom) : FALSE; }
+
+// GDI draws no documents with parts.
+void CDC::BeginGroup(const CString&) {}
+void CDC::EndGroup() {}
+
+BOOL CDC::FillPolygonAlpha(const POINT* pts, int count, COLORREF color, BYTE alpha)
+{
+    if (!m_hDC || !pts || count < 3) return FALSE;
+    color &= 0x00FFFFFF;
+    if (m_state->recording) {
+        CDrawRecord r = RecordOf(m_hDC, CDrawRecord::FillPolygon);
+        r.pts.assign(pts, pts + count);
+        r.brushNull = false;
+        r.brushColor = color;
+        r.alpha = alpha;
+        m_state->records.push_back(std::move(r));
+    }
+    // GDI has no translucent brush: the covered block is copied aside, the polygon filled
+    // opaque on the copy, and the copy blended back at constant opacity. Outside the polygon
+    // the copy equals the original, so only the inside changes.
+    RECT box{};
+    if (::GetClipBox(m_hDC, &box) == ERROR) return FALSE;
+    LONG l = kGdiLimit, t = kGdiLimit, r = -kGdiLimit, b = -kGdiLimit;
+    for (int i = 0; i < count; ++i) {
+        l = std::min(l, std::clamp(pts[i].x, -kGdiLimit, kGdiLimit));
+        t = std::min(t, std::clamp(pts[i].y, -kGdiLimit, kGdiLimit));
+        r = std::max(r, std::clamp(pts[i].x, -kGdiLimit, kGdiLimit));
+        b = std::max(b, std::clamp(pts[i].y, -kGdiLimit, kGdiLimit));
+    }
+    l = std::max(l, box.left);
+    t = std::max(t, box.top);
+    r = std::min(r + 1, box.right);
+    b = std::min(b + 1, box.bottom);
+    if (l >= r || t >= b) return TRUE;
+    const int w = r - l, h = b - t;
+    HDC tmp = ::CreateCompatibleDC(m_hDC);
+    HBITMAP bmp = tmp ? ::CreateCompatibleBitmap(m_hDC, w, h) : nullptr;
+    BOOL ok = FALSE;
+    if (bmp) {
+        HGDIOBJ oldBmp = ::SelectObject(tmp, bmp);
+        ::BitBlt(tmp, 0, 0, w, h, m_hDC, l, t, SRCCOPY);
+        std::vector<POINT> moved(static_cast<size_t>(count));
+        for (int i = 0; i < count; ++i)
+            moved[i] = POINT{std::clamp(pts[i].x, -kGdiLimit, kGdiLimit) - l, std::clamp(pts[i].y, -kGdiLimit, kGdiLimit) - t};
+        HBRUSH brush = ::CreateSolidBrush(color);
+        HGDIOBJ oldBrush = ::SelectObject(tmp, brush);
+        HGDIOBJ oldPen = ::SelectObject(tmp, ::GetStockObject(NULL_PEN));
+        ::SetPolyFillMode(tmp, ALTERNATE);
+        ::Polygon(tmp, moved.data(), count);
+        ::SelectObject(tmp, oldPen);
+        ::SelectObject(tmp, oldBrush);
+        ::DeleteObject(brush);
+        const BLENDFUNCTION blend{AC_SRC_OVER, 0, alpha, 0};
+        ok = ::GdiAlphaBlend(m_hDC, l, t, w, h, tmp, 0, 0, w, h, blend);
+        ::SelectObject(tmp, oldBmp);
+        ::DeleteObject(bmp);
+    }
+    if (tmp) ::DeleteDC(tmp);
+    return ok;
+}
 
 BOOL CDC::TextOut(int x, int y, const CString& text) { return TextOut(x, y, text.GetString(), text.GetLength()); }
 

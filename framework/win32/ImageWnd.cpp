@@ -241,6 +241,9 @@ COLORREF CImageWnd::GetPixel(int x, int y) const
 
 int CImageWnd::SaveVector(const char*) { return 0; }
 
+// Windows' windows are raster only, so there is no page to set.
+BOOL CImageWnd::SetPaper(double, double, double) { return FALSE; }
+
 std::string CImageWnd::Encode()
 {
     if (!m_hWnd || !m_impl->bits) return std::string();

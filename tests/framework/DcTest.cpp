@@ -84,6 +84,11 @@ TEST(FrameworkDC, MemoryDcDrawsOnlyIntoASelectedBitmap)
     EXPECT_TRUE(dc.LineTo(7, 7));
     EXPECT_EQ(dc.SelectObject(old), &bmp);
     EXPECT_FALSE(dc.LineTo(1, 1));
+    // A new bitmap of the same size (which may reuse the released pixels) starts black again.
+    ASSERT_TRUE(bmp.CreateCompatibleBitmap(&dc, 8, 8));
+    dc.SelectObject(&bmp);
+    for (int y = 0; y < 8; ++y)
+        for (int x = 0; x < 8; ++x) ASSERT_EQ(dc.GetPixel(x, y), RGB(0, 0, 0)) << x << ", " << y;
 }
 
 TEST(FrameworkDC, RecordingKeepsExactArguments)

@@ -5,7 +5,9 @@
 #include <kygraph/Pen.h>
 
 #include <chrono>
+#include <cstdlib>
 #include <climits>
+#include <cmath>
 #include <vector>
 
 using FrameworkLines = PixelTest;
@@ -129,6 +131,51 @@ TEST_F(FrameworkLines, AntialiasedLinesStayNearTheirPixels)
     EXPECT_EQ(Px(20, 11), kWhite);
 }
 
+// Integer-width pens cover whole pixels in both modes: a w-pixel pen paints exactly w rows
+// (columns) in full colour and none in half tones across its middle.
+TEST_F(FrameworkLines, PensCoverWholePixels)
+{
+    for (bool antialias : {false, true}) {
+        for (int width : {1, 2, 3, 4}) {
+            m_dc->SetAntialias(antialias);
+            m_dc->FillSolidRect(0, 0, 64, 64, kWhite);
+            CPen pen(PS_SOLID, width, kRed);
+            CPen* old = m_dc->SelectObject(&pen);
+            m_dc->MoveTo(8, 20);
+            m_dc->LineTo(56, 20);
+            m_dc->MoveTo(40, 30);
+            m_dc->LineTo(40, 60);
+            m_dc->SelectObject(old);
+            const auto red = [](COLORREF c) { return c == kRed; };
+            const auto tone = [](COLORREF c) { return c != kRed && c != kWhite; };
+            EXPECT_EQ(Count(30, 0, 31, 64, red), width) << width << " aa " << antialias;
+            EXPECT_EQ(Count(30, 0, 31, 64, tone), 0) << width << " aa " << antialias;
+            EXPECT_EQ(Count(0, 45, 64, 46, red), width) << width << " aa " << antialias;
+            EXPECT_EQ(Count(0, 45, 64, 46, tone), 0) << width << " aa " << antialias;
+        }
+    }
+}
+
+// An anti-aliased one-pixel line shows the same ink in every column, whether a column falls
+// on one pixel or is shared by two (measured in linear light).
+TEST_F(FrameworkLines, AntialiasedLineHasEvenWeight)
+{
+    m_dc->SetAntialias(true);
+    CPen pen(PS_SOLID, 1, RGB(0, 0, 0));
+    m_dc->SelectObject(&pen);
+    m_dc->MoveTo(2, 20);
+    m_dc->LineTo(62, 27);
+    const auto linear = [](int v) {
+        const double c = v / 255.0;
+        return c <= 0.04045 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4);
+    };
+    for (int x = 3; x < 60; ++x) {
+        double ink = 0.0;
+        for (int y = 0; y < 64; ++y) ink += 1.0 - linear(GetGValue(Px(x, y)));
+        EXPECT_NEAR(ink, 1.0, 0.03) << x;
+    }
+}
+
 // Found by fuzzing: a pen far wider than the surface (the chart's styles take any width, and
 // CDC draws at most 65535) made Cairo build every stroke whole, round ends and joins
 // included, though each one paints the surface over: 256 curves of such a pen on a 3 x 172
@@ -159,4 +206,33 @@ TEST_F(FrameworkWidePens, AStrokeCoveringTheSurfacePaintsItAtOnce)
     m_dc->SelectObject(old);
     EXPECT_EQ(Px(1, 55), kBlue);
     EXPECT_EQ(Px(1, 65), kWhite);
+}
+
+TEST_F(FrameworkLines, TranslucentPolygonBlendsInsideOnlyAndCutsHugeCoordinates)
+{
+    // Red at half opacity over white and over blue; the pen and brush stay as they were.
+    m_dc->FillSolidRect(0, 0, 64, 32, kBlue);
+    const POINT square[] = {{8, 8}, {40, 8}, {40, 40}, {8, 40}};
+    ASSERT_TRUE(m_dc->FillPolygonAlpha(square, 4, kRed, 128));
+    const auto near = [](COLORREF a, COLORREF b) {
+        return std::abs(GetRValue(a) - GetRValue(b)) <= 2 && std::abs(GetGValue(a) - GetGValue(b)) <= 2 &&
+               std::abs(GetBValue(a) - GetBValue(b)) <= 2;
+    };
+    EXPECT_PRED2(near, Px(20, 36), RGB(255, 127, 127));  // over white
+    EXPECT_PRED2(near, Px(20, 20), RGB(128, 0, 127));    // over blue
+    EXPECT_EQ(Px(4, 36), kWhite);                         // outside, untouched
+    EXPECT_EQ(Px(44, 20), kBlue);
+    // The hole of a self-overlapping outline stays unfilled (alternate rule).
+    const POINT twice[] = {{48, 40}, {62, 40}, {62, 62}, {48, 62}, {48, 40},
+                           {52, 44}, {58, 44}, {58, 58}, {52, 58}, {52, 44}};
+    ASSERT_TRUE(m_dc->FillPolygonAlpha(twice, 10, kRed, 255));
+    EXPECT_EQ(Px(50, 50), kRed);
+    EXPECT_EQ(Px(55, 50), kWhite);
+    // Far-away corners: only the visible part is filled, quickly and without overflow.
+    m_dc->FillSolidRect(0, 0, 64, 64, kWhite);
+    const POINT huge[] = {{-2000000000, -2000000000}, {2000000000, -2000000000}, {0, 2000000000}};
+    ASSERT_TRUE(m_dc->FillPolygonAlpha(huge, 3, kBlue, 255));
+    EXPECT_EQ(Px(32, 32), kBlue);
+    EXPECT_FALSE(m_dc->FillPolygonAlpha(square, 2, kRed, 255));
+    EXPECT_FALSE(m_dc->FillPolygonAlpha(nullptr, 4, kRed, 255));
 }

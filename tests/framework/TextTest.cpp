@@ -2,6 +2,7 @@
 #include "PixelFixture.h"
 
 #include <kygraph/Font.h>
+#include <kygraph/ImageWnd.h>
 
 #include "framework/cairo/internal/KyTextEngine.h"
 
@@ -70,8 +71,8 @@ TEST_F(FrameworkText, PositiveHeightIsTheCellHeight)
 
 TEST_F(FrameworkText, HeightRules)
 {
-    Select(-20);  // character height: the cell is taller
-    EXPECT_GT(m_dc->GetTextExtent(CString("字")).cy, 20);
+    Select(-20);  // character height: the cell is no shorter
+    EXPECT_GE(m_dc->GetTextExtent(CString("字")).cy, 20);
     Select(0);  // default size
     EXPECT_EQ(m_dc->GetTextExtent(CString("字")).cy, KyTextEngine::kDefaultCellHeight);
     Select(20);
@@ -137,13 +138,66 @@ TEST_F(FrameworkText, ChineseHasRealGlyphs)
     const KyTextEngine::Layout* layout = engine.GetLayout(font, "湿空气焓湿图");
     ASSERT_NE(layout, nullptr);
     EXPECT_EQ(pango_layout_get_unknown_glyphs_count(layout->layout), 0);
-    // The default face is the Simplified Chinese one.
-    PangoLayoutLine* line = pango_layout_get_line_readonly(layout->layout, 0);
-    ASSERT_TRUE(line && line->runs);
-    auto* run = static_cast<PangoGlyphItem*>(line->runs->data);
-    PangoFontDescription* desc = pango_font_describe(run->item->analysis.font);
-    EXPECT_STREQ(pango_font_description_get_family(desc), "Noto Sans CJK SC");
-    pango_font_description_free(desc);
+    // The default face is the Simplified Chinese one, for every run of a mixed string.
+    for (const char* text : {"湿空气焓湿图", "大气压 101325Pa/760mmHg"}) {
+        layout = engine.GetLayout(font, text);
+        ASSERT_NE(layout, nullptr);
+        PangoLayoutLine* line = pango_layout_get_line_readonly(layout->layout, 0);
+        ASSERT_TRUE(line && line->runs);
+        for (GSList* r = line->runs; r; r = r->next) {
+            auto* run = static_cast<PangoGlyphItem*>(r->data);
+            PangoFontDescription* desc = pango_font_describe(run->item->analysis.font);
+            EXPECT_STREQ(pango_font_description_get_family(desc), "Noto Sans CJK SC") << text;
+            pango_font_description_free(desc);
+        }
+    }
+}
+
+// Glyphs fill their cell as Windows' Chinese faces do, at label sizes and large ones, and
+// aliased text has no grey edge.
+TEST_F(FrameworkText, GlyphsFillTheirCell)
+{
+    struct Case {
+        const char* text;
+        double minFill;  // inked rows / cell height
+    };
+    for (int cell : {8, 10, 12, 40}) {
+        for (const Case& c : {Case{"含", 0.85}, Case{"室", 0.85}, Case{"0", 0.65}, Case{"8", 0.65}}) {
+            Select(cell);
+            m_dc->FillSolidRect(0, 0, 200, 160, kWhite);
+            m_dc->SetBkMode(TRANSPARENT);
+            m_dc->TextOut(10, 10, CString(c.text));
+            const RECT ink = Ink();
+            EXPECT_GE(ink.top, 10) << c.text << " " << cell;
+            EXPECT_LE(ink.bottom, 10 + cell) << c.text << " " << cell;
+            EXPECT_GE(ink.bottom - ink.top, c.minFill * cell) << c.text << " " << cell;
+            const int grey = Count(0, 0, 200, 160, [](COLORREF p) { return p != RGB(0, 0, 0) && !IsWhite(p); });
+            EXPECT_EQ(grey, 0) << c.text << " " << cell;
+        }
+    }
+}
+
+// Labels at every usual size are glyphs (from the glyph cache on raster surfaces, text in
+// SVG); only text beyond the largest shaped size is filled as outlines.
+TEST(FrameworkTextOutput, OnlyHugeTextBecomesOutlines)
+{
+    const struct {
+        int height;
+        bool glyphs;
+    } cases[] = {{7, true}, {12, true}, {13, true}, {-15, true}, {26, true}, {-256, true}, {-300, false}};
+    for (const auto& c : cases) {
+        CImageWnd wnd(400, 400, RGB(255, 255, 255), CImageWnd::Pdf);
+        CDC* dc = wnd.GetDC();
+        const LOGFONT lf = Font(c.height);
+        CFont font;
+        font.CreateFontIndirect(&lf);
+        dc->SelectObject(&font);
+        ASSERT_TRUE(dc->TextOut(0, 0, CString("25")));
+        // Glyphs from the cache embed a font in the PDF; outlines are paths only.
+        const std::string pdf = wnd.Encode();
+        EXPECT_EQ(pdf.find("/FontFile") != std::string::npos, c.glyphs) << "height " << c.height;
+        wnd.ReleaseDC(dc);
+    }
 }
 
 TEST_F(FrameworkText, HugeTextIsDrawnOrSkippedQuickly)

@@ -164,3 +164,54 @@ TEST(FrameworkVector, BlockTransferStaysVector)
         wnd.ReleaseDC(dc);
     }
 }
+
+// SVG for people: pixel units, one path per run of a pen (even widths on pixel edges, odd on
+// pixel centres), labels as text with their cell and turn, all moved by the block transfer.
+TEST(FrameworkVector, SvgHoldsPathsPerPenAndTextElements)
+{
+    CImageWnd wnd(120, 80, RGB(255, 255, 255), CImageWnd::Svg);
+    CDC* dc = wnd.GetDC();
+    CDC mem;
+    ASSERT_TRUE(mem.CreateCompatibleDC(dc));
+    CBitmap bmp;
+    ASSERT_TRUE(bmp.CreateCompatibleBitmap(dc, 100, 70));
+    CBitmap* old = mem.SelectObject(&bmp);
+    mem.FillSolidRect(0, 0, 100, 70, RGB(255, 255, 255));
+    CPen wide(PS_SOLID, 2, RGB(0, 0, 255)), dashed(PS_DASH, 1, RGB(255, 0, 0));
+    mem.SelectObject(&wide);
+    mem.MoveTo(5, 5);
+    mem.LineTo(50, 5);
+    mem.MoveTo(5, 10);
+    mem.LineTo(50, 10);
+    mem.SelectObject(&dashed);
+    mem.MoveTo(5, 5);
+    mem.LineTo(90, 60);
+    LOGFONT lf{};
+    lf.lfHeight = 12;
+    lf.lfEscapement = 900;
+    CFont font;
+    font.CreateFontIndirect(&lf);
+    mem.SelectObject(&font);
+    mem.SetBkColor(RGB(0, 255, 0));
+    mem.TextOut(20, 30, CString("湿空气 <25>"));
+    const POINT zone[] = {{60, 40}, {80, 40}, {70, 55}};
+    mem.BeginGroup(CString("CKyGZone"));
+    mem.FillPolygonAlpha(zone, 3, RGB(255, 128, 0), 64);
+    mem.EndGroup();
+    ASSERT_TRUE(dc->BitBlt(7, 3, 100, 70, &mem, 0, 0, SRCCOPY));
+    mem.SelectObject(old);
+
+    const std::string doc = wnd.Encode();
+    for (const char* part : {
+             "width=\"120px\" height=\"80px\" viewBox=\"0 0 120 80\"",
+             "stroke=\"#0000ff\" stroke-width=\"2\" stroke-linecap=\"round\" stroke-linejoin=\"round\" d=\"M12 8l45 0M12 13l45 0\"",
+             "stroke=\"#ff0000\" stroke-width=\"1\" stroke-dasharray=\"18 6\" d=\"M12.5 8.5l85 55\"",
+             "font-family=\"Noto Sans CJK SC, sans-serif\" font-size=\"12px\"",
+             "<rect x=\"27\" y=\"33\"",
+             "fill=\"#00ff00\" transform=\"rotate(-90 27 33)\"/>",
+             "transform=\"rotate(-90 27 33)\">湿空气 &lt;25&gt;</text>",
+             "<g class=\"CKyGZone\">\n<path d=\"M67.5 43.5 L87.5 43.5 L77.5 58.5 Z\" fill-rule=\"evenodd\" fill=\"#ff8000\" fill-opacity=\"0.25\"/>\n</g>",
+         })
+        EXPECT_NE(doc.find(part), std::string::npos) << part << "\n" << doc;
+    wnd.ReleaseDC(dc);
+}

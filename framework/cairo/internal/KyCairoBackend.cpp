@@ -1,5 +1,7 @@
 #include "KyCairoBackend.h"
 
+#include <kygraph/Saturate.h>
+
 #include "KyGdiGeometry.h"
 #include "KyPixelLine.h"
 #include "KySurface.h"
@@ -42,6 +44,11 @@ void AppendBezierArc(cairo_t* cr, const KyEllipseArc& a)
 
 bool PointIsSafe(const POINT& p) { return Ky::IsSafe(p.x) && Ky::IsSafe(p.y); }
 
+// Where a pen's centre line runs relative to GDI's integer point: an odd width is centred on
+// the pixel's centre and an even one on its edge, so that a pen of whole pixels covers whole
+// pixels (a 2-pixel pen at row y paints rows y-1 and y in full) instead of smearing over one
+// more in half tones.
+double PenCentre(int width) { return width % 2 ? kCentre : 0.0; }
 }  // namespace
 
 KyCairoBackend::~KyCairoBackend()
@@ -69,6 +76,19 @@ cairo_t* KyCairoBackend::Context()
     return cairo_status(m_cr) == CAIRO_STATUS_SUCCESS ? m_cr : nullptr;
 }
 
+void KyCairoBackend::Keep(KyVectorItem&& item)
+{
+    KySurface* t = Target();
+    if (m_kind != Vector || !t || !t->cs) return;
+    // Whatever a fill of the whole surface covers can never show.
+    if (item.kind == KyVectorItem::FillRect && item.rect.left <= 0 && item.rect.top <= 0 &&
+        item.rect.right >= t->width && item.rect.bottom >= t->height)
+        t->items.clear();
+    t->items.push_back(std::move(item));
+}
+
+double KyCairoBackend::PenScale() const { return m_kind == Vector && Target() ? Target()->penScale : 1.0; }
+
 double KyCairoBackend::Width() const { return Target() ? Target()->width : 0; }
 double KyCairoBackend::Height() const { return Target() ? Target()->height : 0; }
 
@@ -81,14 +101,15 @@ double KyCairoBackend::Height() const { return Target() ? Target()->height : 0; 
 void KyCairoBackend::StrokeWith(cairo_t* cr, const KyPen& pen, bool aliased, double dashOffset)
 {
     cairo_set_antialias(cr, Aliased(aliased) ? CAIRO_ANTIALIAS_NONE : CAIRO_ANTIALIAS_DEFAULT);
-    cairo_set_line_width(cr, pen.width);
+    const double k = PenScale();
+    cairo_set_line_width(cr, pen.width * k);
     cairo_set_line_cap(cr, pen.width > 1 ? CAIRO_LINE_CAP_ROUND : CAIRO_LINE_CAP_BUTT);
     cairo_set_line_join(cr, pen.width > 1 ? CAIRO_LINE_JOIN_ROUND : CAIRO_LINE_JOIN_MITER);
     int count = 0;
     const int* dashes = Ky::CosmeticDashes(pen.style, count);
     double d[6];
-    for (int i = 0; i < count; ++i) d[i] = dashes[i];
-    cairo_set_dash(cr, d, count, dashOffset);
+    for (int i = 0; i < count; ++i) d[i] = dashes[i] * k;
+    cairo_set_dash(cr, d, count, dashOffset * k);
     Ky::SetSourceColor(cr, pen.color);
     cairo_stroke(cr);
 }
@@ -98,6 +119,13 @@ bool KyCairoBackend::Polyline(const POINT* pts, int n, const KyPen& pen, bool al
     if (!pts || n < 2) return false;
     if (pen.style == PS_NULL) return Target() != nullptr;
     KY_CONTEXT_OR_RETURN(cr)
+    if (m_kind == Vector) {
+        KyVectorItem item;
+        item.kind = KyVectorItem::Polyline;
+        item.pts.assign(pts, pts + n);
+        item.pen = pen;
+        Keep(std::move(item));
+    }
     cairo_surface_t* cs = Target()->cs;
     if (m_kind == Raster && pen.width <= 1 && cairo_surface_get_type(cs) == CAIRO_SURFACE_TYPE_IMAGE) {
         cairo_surface_flush(cs);
@@ -113,7 +141,8 @@ bool KyCairoBackend::Polyline(const POINT* pts, int n, const KyPen& pen, bool al
         return true;
     }
     cairo_save(cr);
-    if (pen.width > 1 && Ky::StrokeCoversSurface(pts, n, pen.width, kCentre, Width(), Height())) {
+    const double centre = PenCentre(pen.width);
+    if (pen.width > 1 && Ky::StrokeCoversSurface(pts, n, pen.width, centre, Width(), Height())) {
         // Wider pens have round ends and joins, so the stroke paints every pixel. Cairo would
         // still build it whole, at a cost that grows with the pen: a 65535-pixel pen took
         // milliseconds a line.
@@ -121,8 +150,8 @@ bool KyCairoBackend::Polyline(const POINT* pts, int n, const KyPen& pen, bool al
         cairo_paint(cr);
     } else if (std::all_of(pts, pts + n, PointIsSafe)) {
         cairo_new_path(cr);
-        cairo_move_to(cr, pts[0].x + kCentre, pts[0].y + kCentre);
-        for (int i = 1; i < n; ++i) cairo_line_to(cr, pts[i].x + kCentre, pts[i].y + kCentre);
+        cairo_move_to(cr, pts[0].x + centre, pts[0].y + centre);
+        for (int i = 1; i < n; ++i) cairo_line_to(cr, pts[i].x + centre, pts[i].y + centre);
         StrokeWith(cr, pen, aliased, 0.0);
     } else {
         // Far-away points: each segment is clipped to the surface (widened by the pen) and
@@ -131,7 +160,7 @@ bool KyCairoBackend::Polyline(const POINT* pts, int n, const KyPen& pen, bool al
         const RectD clip{-m, -m, Width() + m, Height() + m};
         double along = 0.0;
         for (int i = 0; i + 1 < n; ++i) {
-            PointD a{pts[i].x + kCentre, pts[i].y + kCentre}, b{pts[i + 1].x + kCentre, pts[i + 1].y + kCentre};
+            PointD a{pts[i].x + centre, pts[i].y + centre}, b{pts[i + 1].x + centre, pts[i + 1].y + centre};
             const double len = std::hypot(b.x - a.x, b.y - a.y);
             double t0 = 0.0;
             if (Ky::ClipSegment(a, b, clip, &t0)) {
@@ -191,6 +220,13 @@ bool KyCairoBackend::Arc(const KyEllipseArc& arc, const KyPen& pen, bool aliased
 {
     if (pen.style == PS_NULL) return Target() != nullptr;
     KY_CONTEXT_OR_RETURN(cr)
+    if (m_kind == Vector) {
+        KyVectorItem item;
+        item.kind = KyVectorItem::Arc;
+        item.arc = arc;
+        item.pen = pen;
+        Keep(std::move(item));
+    }
     cairo_save(cr);
     StrokeArc(cr, arc, pen, aliased);
     cairo_restore(cr);
@@ -200,6 +236,14 @@ bool KyCairoBackend::Arc(const KyEllipseArc& arc, const KyPen& pen, bool aliased
 bool KyCairoBackend::Ellipse(const KyEllipseArc& e, const KyPen& pen, const KyBrush& brush, bool aliased)
 {
     KY_CONTEXT_OR_RETURN(cr)
+    if (m_kind == Vector) {
+        KyVectorItem item;
+        item.kind = KyVectorItem::Ellipse;
+        item.arc = e;
+        item.pen = pen;
+        item.brush = brush;
+        Keep(std::move(item));
+    }
     cairo_save(cr);
     if (!brush.null) {
         cairo_new_path(cr);
@@ -235,11 +279,58 @@ bool KyCairoBackend::FillRect(const RECT& rc, COLORREF color)
     const double l = std::max<double>(rc.left, 0.0), t = std::max<double>(rc.top, 0.0);
     const double r = std::min<double>(rc.right, Width()), b = std::min<double>(rc.bottom, Height());
     if (!(l < r && t < b)) return true;
+    if (m_kind == Vector) {
+        KyVectorItem item;
+        item.kind = KyVectorItem::FillRect;
+        item.rect = RECT{static_cast<LONG>(l), static_cast<LONG>(t), static_cast<LONG>(r), static_cast<LONG>(b)};
+        item.brush.color = color;
+        Keep(std::move(item));
+    }
     cairo_save(cr);
     cairo_new_path(cr);
     cairo_rectangle(cr, l, t, r - l, b - t);
     cairo_set_antialias(cr, CAIRO_ANTIALIAS_NONE);
     Ky::SetSourceColor(cr, color);
+    cairo_fill(cr);
+    cairo_restore(cr);
+    return true;
+}
+
+void KyCairoBackend::Group(const std::string& name, bool begin)
+{
+    if (m_kind != Vector) return;
+    KyVectorItem item;
+    item.kind = begin ? KyVectorItem::GroupBegin : KyVectorItem::GroupEnd;
+    item.utf8 = name;
+    Keep(std::move(item));
+}
+
+bool KyCairoBackend::FillPolygon(const POINT* pts, int n, COLORREF color, double alpha, bool aliased)
+{
+    if (!pts || n < 3) return false;
+    KY_CONTEXT_OR_RETURN(cr)
+    // Cut in doubles: what remains lies within Cairo's fixed-point range whatever the input.
+    std::vector<PointD> poly;
+    for (int i = 0; i < n; ++i) poly.push_back(PointD{double(pts[i].x), double(pts[i].y)});
+    Ky::ClipPolygon(poly, RectD{-2.0, -2.0, Width() + 2.0, Height() + 2.0});
+    if (poly.size() < 3) return true;
+    if (m_kind == Vector) {
+        KyVectorItem item;
+        item.kind = KyVectorItem::Polygon;
+        for (const PointD& p : poly) item.pts.push_back(POINT{static_cast<LONG>(std::lround(p.x)), static_cast<LONG>(std::lround(p.y))});
+        item.brush.color = color;
+        item.alpha = std::clamp(alpha, 0.0, 1.0);
+        Keep(std::move(item));
+    }
+    cairo_save(cr);
+    cairo_new_path(cr);
+    cairo_move_to(cr, poly[0].x + kCentre, poly[0].y + kCentre);
+    for (size_t i = 1; i < poly.size(); ++i) cairo_line_to(cr, poly[i].x + kCentre, poly[i].y + kCentre);
+    cairo_close_path(cr);
+    cairo_set_fill_rule(cr, CAIRO_FILL_RULE_EVEN_ODD);
+    cairo_set_antialias(cr, Aliased(aliased) ? CAIRO_ANTIALIAS_NONE : CAIRO_ANTIALIAS_DEFAULT);
+    cairo_set_source_rgba(cr, GetRValue(color) / 255.0, GetGValue(color) / 255.0, GetBValue(color) / 255.0,
+                          std::clamp(alpha, 0.0, 1.0));
     cairo_fill(cr);
     cairo_restore(cr);
     return true;
@@ -253,7 +344,7 @@ bool KyCairoBackend::Text(const KyTextRun& run, bool aliased)
     KyTextEngine::Font font;
     if (!engine.Resolve(*run.font, font)) return false;
     if (run.utf8.empty()) return true;
-    const KyTextEngine::Layout* layout = engine.GetLayout(font, run.utf8);
+    const KyTextEngine::Layout* layout = engine.GetLayout(font, run.utf8, Aliased(aliased));
     if (!layout) return false;
     const CSize ext = engine.Extent(font, *layout);
 
@@ -272,6 +363,25 @@ bool KyCairoBackend::Text(const KyTextRun& run, bool aliased)
 
     cairo_t* cr = Context();
     if (!cr) return Target()->cs == nullptr;
+    if (m_kind == Vector) {
+        KyVectorItem item;
+        item.kind = KyVectorItem::Text;
+        item.utf8 = run.utf8;
+        item.x = run.x;
+        item.y = run.y;
+        item.escapement = run.escapement;
+        item.textColor = run.textColor;
+        item.bkColor = run.bkColor;
+        item.opaque = run.opaque;
+        item.family = engine.FamilyOf(font);
+        item.weight = run.font->lfWeight <= 0 ? FW_NORMAL : std::clamp<int>(run.font->lfWeight, 100, 1000);
+        item.italic = run.font->lfItalic != 0;
+        item.em = static_cast<double>(font.layoutSize) / PANGO_SCALE * font.scale;
+        item.cell = font.cell;
+        item.ascent = font.ascent;
+        item.width = ext.cx;
+        Keep(std::move(item));
+    }
     cairo_save(cr);
     cairo_translate(cr, run.x, run.y);
     cairo_rotate(cr, -angle);  // Cairo turns clockwise on screen, escapement counter-clockwise
@@ -288,7 +398,11 @@ bool KyCairoBackend::Text(const KyTextRun& run, bool aliased)
     cairo_scale(cr, font.scale, font.scale);
     cairo_move_to(cr, 0, 0);
     Ky::SetSourceColor(cr, run.textColor);
-    if (font.scale > 1.0) {
+    // Only text beyond the largest shaped size is scaled up and filled as outlines. Every
+    // other size is off 1 by no more than its rounding to Pango units, and draws from the
+    // glyph cache.
+    const bool beyondLayout = font.layoutSize >= std::lround(KyTextEngine::kMaxLayoutEm * PANGO_SCALE);
+    if (beyondLayout && font.scale > 1.0) {
         cairo_new_path(cr);
         cairo_move_to(cr, 0, 0);
         pango_cairo_layout_path(cr, layout->layout);
@@ -306,6 +420,21 @@ bool KyCairoBackend::Blit(int x, int y, int w, int h, KySurface* src, int xs, in
     if (!src) return false;
     KY_CONTEXT_OR_RETURN(cr)
     if (!src->cs || w <= 0 || h <= 0) return true;
+    if (m_kind == Vector && src->kind == KySurface::Vector) {
+        // The block's drawing joins this surface's list, moved to where it lands.
+        const std::vector<KyVectorItem> from = src->items;  // a copy: src may be the target
+        const int dx = Ky::SatSub(x, xs), dy = Ky::SatSub(y, ys);
+        for (KyVectorItem item : from) {
+            for (POINT& p : item.pts) p.x = Ky::SatAdd(p.x, dx), p.y = Ky::SatAdd(p.y, dy);
+            item.arc.cx += dx, item.arc.cy += dy;
+            const RECT& r = item.rect;
+            item.rect = RECT{std::max(Ky::SatAdd(r.left, dx), x), std::max(Ky::SatAdd(r.top, dy), y),
+                             std::min(Ky::SatAdd(r.right, dx), Ky::SatAdd(x, w)),
+                             std::min(Ky::SatAdd(r.bottom, dy), Ky::SatAdd(y, h))};
+            item.x = Ky::SatAdd(item.x, dx), item.y = Ky::SatAdd(item.y, dy);
+            Keep(std::move(item));
+        }
+    }
     cairo_save(cr);
     cairo_surface_t* from = src->cs;
     double ox = static_cast<double>(x) - xs, oy = static_cast<double>(y) - ys;

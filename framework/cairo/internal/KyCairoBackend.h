@@ -6,6 +6,7 @@
 #pragma once
 
 #include "KyDCBackend.h"
+#include "KyVectorItem.h"
 
 #include <cairo.h>
 
@@ -20,6 +21,8 @@ public:
     bool Arc(const KyEllipseArc& arc, const KyPen& pen, bool aliased) override;
     bool Ellipse(const KyEllipseArc& ellipse, const KyPen& pen, const KyBrush& brush, bool aliased) override;
     bool FillRect(const RECT& rect, COLORREF color) override;
+    bool FillPolygon(const POINT* pts, int n, COLORREF color, double alpha, bool aliased) override;
+    void Group(const std::string& name, bool begin) override;
     bool Text(const KyTextRun& run, bool aliased) override;
     bool Blit(int x, int y, int w, int h, KySurface* src, int xs, int ys) override;
 
@@ -39,6 +42,10 @@ private:
     // Whether the surface, widened by margin, is all the geometry must be clipped to.
     double Width() const;
     double Height() const;
+    // Vector targets: keeps the primitive in the target's display list.
+    void Keep(KyVectorItem&& item);
+    // Vector targets: the target's pen scale; 1 on raster ones.
+    double PenScale() const;
 
     Kind m_kind;
     cairo_t* m_cr = nullptr;

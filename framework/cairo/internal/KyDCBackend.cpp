@@ -8,10 +8,12 @@ KyDCBackend::~KyDCBackend() { Ky::ReleaseSurface(m_target); }
 void KyDCBackend::SetTarget(KySurface* surface)
 {
     if (surface == m_target) return;
-    Ky::RefSurface(surface);
-    Ky::ReleaseSurface(m_target);
-    m_target = surface;
+    KySurface* old = m_target;
+    m_target = Ky::RefSurface(surface);
+    // The backend lets go of its drawing state on the old surface before the surface goes,
+    // so that the surface is released by its last holder and its image can be reused.
     OnTargetChanged();
+    Ky::ReleaseSurface(old);
 }
 
 namespace Ky {

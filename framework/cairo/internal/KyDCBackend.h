@@ -67,7 +67,12 @@ public:
     virtual bool Ellipse(const KyEllipseArc& ellipse, const KyPen& pen, const KyBrush& brush, bool aliased) = 0;
     // Fills [left, right) x [top, bottom) (a normalised rectangle).
     virtual bool FillRect(const RECT& rect, COLORREF color) = 0;
+    // Fills the closed polygon (even-odd rule) with color at opacity alpha (0..1).
+    virtual bool FillPolygon(const POINT* pts, int n, COLORREF color, double alpha, bool aliased) = 0;
     virtual bool Text(const KyTextRun& run, bool aliased) = 0;
+    // The start (begin, with the part's name) or the end of a named part of the drawing;
+    // only a vector surface keeps it.
+    virtual void Group(const std::string& name, bool begin) { (void)name, (void)begin; }
     // Copies the w x h block of src at (xs, ys) to (x, y); arguments already clipped to both
     // surfaces.
     virtual bool Blit(int x, int y, int w, int h, KySurface* src, int xs, int ys) = 0;

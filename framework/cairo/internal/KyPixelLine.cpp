@@ -10,7 +10,34 @@ namespace Ky {
 
 namespace {
 
-// Blends colour over one pixel with coverage 0..256.
+// sRGB to linear light and back, as tables. Anti-aliased one-pixel lines share their ink
+// between two pixels; mixed in linear light, the ink a column of the line shows is the same
+// whether it falls on one pixel or is split over two, so the line keeps an even weight along
+// its length instead of looking heavier wherever it is split.
+struct GammaTables {
+    float toLinear[256];
+    std::uint8_t toSrgb[4096];
+    GammaTables()
+    {
+        for (int i = 0; i < 256; ++i) {
+            const double c = i / 255.0;
+            toLinear[i] = static_cast<float>(c <= 0.04045 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4));
+        }
+        for (int i = 0; i < 4096; ++i) {
+            const double l = i / 4095.0;
+            const double c = l <= 0.0031308 ? l * 12.92 : 1.055 * std::pow(l, 1.0 / 2.4) - 0.055;
+            toSrgb[i] = static_cast<std::uint8_t>(std::lround(std::clamp(c, 0.0, 1.0) * 255.0));
+        }
+    }
+};
+
+const GammaTables& Gamma()
+{
+    static const GammaTables tables;
+    return tables;
+}
+
+// Blends colour over one pixel with coverage 0..256, in linear light where the pixel is opaque.
 inline void Blend(const PixelBuffer& buf, std::int64_t x, std::int64_t y, std::uint32_t argb, unsigned cov)
 {
     if (x < 0 || y < 0 || x >= buf.width || y >= buf.height || cov == 0) return;
@@ -19,12 +46,24 @@ inline void Blend(const PixelBuffer& buf, std::int64_t x, std::int64_t y, std::u
         *p = argb;
         return;
     }
-    const unsigned inv = 256 - cov;
     const std::uint32_t d = *p;
-    std::uint32_t out = 0;
-    for (int shift = 0; shift < 32; shift += 8) {
-        const unsigned s = (argb >> shift) & 0xFF, t = (d >> shift) & 0xFF;
-        out |= static_cast<std::uint32_t>((s * cov + t * inv) >> 8) << shift;
+    if ((d >> 24) != 0xFF) {
+        // A translucent pixel (a fresh bitmap): mix the premultiplied values directly.
+        const unsigned inv = 256 - cov;
+        std::uint32_t out = 0;
+        for (int shift = 0; shift < 32; shift += 8) {
+            const unsigned s = (argb >> shift) & 0xFF, t = (d >> shift) & 0xFF;
+            out |= static_cast<std::uint32_t>((s * cov + t * inv) >> 8) << shift;
+        }
+        *p = out;
+        return;
+    }
+    const GammaTables& g = Gamma();
+    const float a = static_cast<float>(cov) / 256.0f;
+    std::uint32_t out = 0xFF000000u;
+    for (int shift = 0; shift < 24; shift += 8) {
+        const float l = g.toLinear[(argb >> shift) & 0xFF] * a + g.toLinear[(d >> shift) & 0xFF] * (1.0f - a);
+        out |= static_cast<std::uint32_t>(g.toSrgb[static_cast<int>(l * 4095.0f + 0.5f)]) << shift;
     }
     *p = out;
 }

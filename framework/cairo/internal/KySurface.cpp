@@ -1,6 +1,58 @@
 #include "KySurface.h"
 
+#include <cstddef>
+#include <mutex>
+
 namespace Ky {
+
+namespace {
+
+// The raster image the last released surface drew on, kept for the next surface of the same
+// size: a host that redraws makes a new bitmap each time, and a fresh image of that size
+// costs a zeroed allocation and a page fault per 4 KiB, more at 8K than the drawing itself.
+// Only one is kept, and none beyond kMaxParkedBytes, so an idle process holds at most one
+// surface it no longer uses.
+class ParkedImage {
+public:
+    // An image of exactly cx x cy, or null; the caller owns it.
+    cairo_surface_t* Take(int cx, int cy)
+    {
+        std::lock_guard<std::mutex> lock(m_mutex);
+        if (!m_image || cairo_image_surface_get_width(m_image) != cx || cairo_image_surface_get_height(m_image) != cy)
+            return nullptr;
+        cairo_surface_t* image = m_image;
+        m_image = nullptr;
+        return image;
+    }
+    // Takes over cs when it is a healthy image no one else holds; otherwise releases it.
+    void Put(cairo_surface_t* cs)
+    {
+        const auto bytes = static_cast<std::size_t>(cairo_image_surface_get_stride(cs)) *
+                           static_cast<std::size_t>(cairo_image_surface_get_height(cs));
+        if (cairo_surface_get_reference_count(cs) != 1 || cairo_surface_status(cs) != CAIRO_STATUS_SUCCESS ||
+            bytes > kMaxParkedBytes) {
+            cairo_surface_destroy(cs);
+            return;
+        }
+        std::lock_guard<std::mutex> lock(m_mutex);
+        if (m_image) cairo_surface_destroy(m_image);
+        m_image = cs;
+    }
+
+private:
+    static constexpr std::size_t kMaxParkedBytes = std::size_t{256} << 20;  // an 8K screen is 127 MiB
+    std::mutex m_mutex;
+    cairo_surface_t* m_image = nullptr;
+};
+
+ParkedImage& Parked()
+{
+    // Never destroyed: surfaces of static objects may be released during exit.
+    static ParkedImage* parked = new ParkedImage;
+    return *parked;
+}
+
+}  // namespace
 
 void SetSourceColor(cairo_t* cr, COLORREF c)
 {
@@ -13,7 +65,8 @@ KySurface* CreateSurface(KySurface::Kind kind, int cx, int cy, COLORREF fill)
     cairo_surface_t* cs = nullptr;
     if (cx > 0 && cy > 0) {
         if (kind == KySurface::Raster) {
-            cs = cairo_image_surface_create(CAIRO_FORMAT_ARGB32, cx, cy);
+            cs = Parked().Take(cx, cy);
+            if (!cs) cs = cairo_image_surface_create(CAIRO_FORMAT_ARGB32, cx, cy);
         } else {
             cairo_rectangle_t extents{0, 0, static_cast<double>(cx), static_cast<double>(cy)};
             cs = cairo_recording_surface_create(CAIRO_CONTENT_COLOR_ALPHA, &extents);
@@ -38,6 +91,13 @@ KySurface* CreateSurface(KySurface::Kind kind, int cx, int cy, COLORREF fill)
     s->width = cx;
     s->height = cy;
     s->cs = cs;
+    if (kind == KySurface::Vector && cs) {
+        KyVectorItem background;
+        background.kind = KyVectorItem::FillRect;
+        background.rect = RECT{0, 0, cx, cy};
+        background.brush.color = fill & 0x00FFFFFF;
+        s->items.push_back(background);
+    }
     return s;
 }
 
@@ -55,7 +115,8 @@ void ReleaseSurface(KySurface* s)
         // and never drops it; finishing frees the recorded drawing all the same (surfaces
         // that recorded a copy of this one keep their copy).
         if (s->kind == KySurface::Vector) cairo_surface_finish(s->cs);
-        cairo_surface_destroy(s->cs);
+        if (s->kind == KySurface::Raster) Parked().Put(s->cs);
+        else cairo_surface_destroy(s->cs);
     }
     delete s;
 }

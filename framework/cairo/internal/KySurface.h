@@ -5,9 +5,12 @@
 
 #include <kygraph/WinTypes.h>
 
+#include "KyVectorItem.h"
+
 #include <cairo.h>
 
 #include <atomic>
+#include <vector>
 
 struct KySurface {
     enum Kind { Raster, Vector };
@@ -19,6 +22,11 @@ struct KySurface {
     // recording surface bounded to width x height.
     cairo_surface_t* cs = nullptr;
     std::atomic<int> refs{1};
+    // Vector surfaces: what was drawn, in order, for the SVG writer.
+    std::vector<KyVectorItem> items;
+    // Vector surfaces: pen widths and dashes are drawn this many times wider, so that a chart
+    // drawn at several pixels per printed point keeps the weight of its lines on paper.
+    double penScale = 1.0;
 };
 
 namespace Ky {

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <cstring>
 
 KyTextEngine& KyTextEngine::Instance()
@@ -17,18 +18,49 @@ KyTextEngine& KyTextEngine::Instance()
 KyTextEngine::KyTextEngine()
 {
     m_fontMap = pango_cairo_font_map_new();
-    m_context = pango_font_map_create_context(m_fontMap);
     // Unhinted metrics and unrounded glyph positions make widths scale linearly with the
-    // size, so one cached layout serves every rotation and every target.
-    cairo_font_options_t* options = cairo_font_options_create();
-    cairo_font_options_set_hint_metrics(options, CAIRO_HINT_METRICS_OFF);
-    cairo_font_options_set_hint_style(options, CAIRO_HINT_STYLE_NONE);
-    cairo_font_options_set_antialias(options, CAIRO_ANTIALIAS_GRAY);
-    pango_cairo_context_set_font_options(m_context, options);
-    cairo_font_options_destroy(options);
-    pango_context_set_round_glyph_positions(m_context, FALSE);
-    // The chart's texts are Chinese: let fontconfig pick the Simplified Chinese face.
-    pango_context_set_language(m_context, pango_language_from_string("zh-cn"));
+    // size, so one cached layout serves every rotation and every target. The outlines are
+    // hinted all the same: vertically for anti-aliased text, which keeps the many horizontal
+    // strokes of Chinese glyphs on whole pixels at 7 to 12 pixels, and fully for binary text.
+    auto makeContext = [this](cairo_antialias_t antialias, cairo_hint_style_t hinting) {
+        PangoContext* context = pango_font_map_create_context(m_fontMap);
+        cairo_font_options_t* options = cairo_font_options_create();
+        cairo_font_options_set_hint_metrics(options, CAIRO_HINT_METRICS_OFF);
+        cairo_font_options_set_hint_style(options, hinting);
+        cairo_font_options_set_antialias(options, antialias);
+        pango_cairo_context_set_font_options(context, options);
+        cairo_font_options_destroy(options);
+        pango_context_set_round_glyph_positions(context, FALSE);
+        // The chart's texts are Chinese: let fontconfig pick the Simplified Chinese face.
+        pango_context_set_language(context, pango_language_from_string("zh-cn"));
+        return context;
+    };
+    m_context = makeContext(CAIRO_ANTIALIAS_GRAY, CAIRO_HINT_STYLE_SLIGHT);
+    m_aliasedContext = makeContext(CAIRO_ANTIALIAS_NONE, CAIRO_HINT_STYLE_FULL);
+}
+
+bool KyTextEngine::EmBox(const PangoFontDescription* desc, double& ascent, double& descent)
+{
+    PangoFont* font = pango_context_load_font(m_context, desc);
+    if (!font) return false;
+    bool ok = false;
+    if (hb_font_t* hb = pango_font_get_hb_font(font)) {
+        hb_face_t* face = hb_font_get_face(hb);
+        const unsigned upem = hb_face_get_upem(face);
+        hb_blob_t* os2 = hb_face_reference_table(face, HB_TAG('O', 'S', '/', '2'));
+        unsigned length = 0;
+        const auto* d = reinterpret_cast<const unsigned char*>(hb_blob_get_data(os2, &length));
+        // sTypoAscender and sTypoDescender: big-endian int16 at offsets 68 and 70.
+        if (d && length >= 72 && upem > 0) {
+            const auto at = [d](unsigned o) { return static_cast<std::int16_t>((d[o] << 8) | d[o + 1]); };
+            ascent = at(68) / static_cast<double>(upem);
+            descent = -at(70) / static_cast<double>(upem);
+            ok = ascent > 0.2 && ascent < 2.0 && descent >= 0.0 && descent < 1.0;
+        }
+        hb_blob_destroy(os2);
+    }
+    g_object_unref(font);
+    return ok;
 }
 
 int KyTextEngine::FindFace(const std::wstring& name, int weight, bool italic)
@@ -45,16 +77,26 @@ int KyTextEngine::FindFace(const std::wstring& name, int weight, bool italic)
     pango_font_description_set_weight(desc, static_cast<PangoWeight>(weight));
     pango_font_description_set_style(desc, italic ? PANGO_STYLE_ITALIC : PANGO_STYLE_NORMAL);
 
-    // Metrics at a large size, as fractions of the em.
+    // Metrics at a large size, as fractions of the em. The family becomes the installed face
+    // fontconfig chose for it, so Latin and digits are drawn in that face too.
     constexpr double kProbeEm = 1000.0;
     double ascent = 0.0, descent = 0.0;
     PangoFontDescription* probe = pango_font_description_copy(desc);
     pango_font_description_set_absolute_size(probe, kProbeEm * PANGO_SCALE);
     if (PangoFont* font = pango_context_load_font(m_context, probe)) {
-        PangoFontMetrics* m = pango_font_get_metrics(font, pango_context_get_language(m_context));
-        ascent = pango_font_metrics_get_ascent(m) / (kProbeEm * PANGO_SCALE);
-        descent = pango_font_metrics_get_descent(m) / (kProbeEm * PANGO_SCALE);
-        pango_font_metrics_unref(m);
+        PangoFontDescription* chosen = pango_font_describe(font);
+        if (const char* f = pango_font_description_get_family(chosen); f && *f) {
+            family = f;
+            pango_font_description_set_family(desc, f);
+            pango_font_description_set_family(probe, f);
+        }
+        pango_font_description_free(chosen);
+        if (!EmBox(probe, ascent, descent)) {
+            PangoFontMetrics* m = pango_font_get_metrics(font, pango_context_get_language(m_context));
+            ascent = pango_font_metrics_get_ascent(m) / (kProbeEm * PANGO_SCALE);
+            descent = pango_font_metrics_get_descent(m) / (kProbeEm * PANGO_SCALE);
+            pango_font_metrics_unref(m);
+        }
         g_object_unref(font);
     }
     pango_font_description_free(probe);
@@ -62,7 +104,7 @@ int KyTextEngine::FindFace(const std::wstring& name, int weight, bool italic)
         ascent = 0.8;  // a font without usable metrics still gets a sane cell
         descent = 0.2;
     }
-    m_faces.push_back(Face{name, weight, italic, desc, ascent, descent});
+    m_faces.push_back(Face{name, family, weight, italic, desc, ascent, descent});
     return static_cast<int>(m_faces.size() - 1);
 }
 
@@ -98,10 +140,17 @@ bool KyTextEngine::Resolve(const LOGFONTW& lf, Font& out)
     return true;
 }
 
-const KyTextEngine::Layout* KyTextEngine::GetLayout(const Font& font, const std::string& utf8)
+std::string KyTextEngine::FamilyOf(const Font& font) const
+{
+    if (font.face < 0 || static_cast<size_t>(font.face) >= m_faces.size()) return std::string();
+    return m_faces[static_cast<size_t>(font.face)].family;
+}
+
+const KyTextEngine::Layout* KyTextEngine::GetLayout(const Font& font, const std::string& utf8, bool aliased)
 {
     if (font.face < 0 || static_cast<size_t>(font.face) >= m_faces.size()) return nullptr;
     m_key.clear();
+    m_key.push_back(aliased ? 'a' : 's');
     m_key.append(reinterpret_cast<const char*>(&font.face), sizeof font.face);
     m_key.append(reinterpret_cast<const char*>(&font.layoutSize), sizeof font.layoutSize);
     m_key.append(utf8);
@@ -113,7 +162,7 @@ const KyTextEngine::Layout* KyTextEngine::GetLayout(const Font& font, const std:
 
     PangoFontDescription* desc = pango_font_description_copy(m_faces[static_cast<size_t>(font.face)].desc);
     pango_font_description_set_absolute_size(desc, font.layoutSize);
-    PangoLayout* layout = pango_layout_new(m_context);
+    PangoLayout* layout = pango_layout_new(aliased ? m_aliasedContext : m_context);
     pango_layout_set_font_description(layout, desc);
     pango_font_description_free(desc);
     // GDI draws one line: control characters are glyphs, not line breaks.

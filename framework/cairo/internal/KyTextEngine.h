@@ -4,6 +4,12 @@
 // here: a positive height is the cell height (ascent + descent), a negative one the
 // character (em) height, 0 the default size.
 //
+// A face's cell is its typographic em box (OS/2 typo ascender and descender), not its
+// line-spacing metrics: Windows' Chinese faces have a cell of one em, so a label's glyphs
+// fill its cell; CJK faces with generous line spacing would otherwise draw them at 0.7 of
+// it. A generic family is resolved to one installed face, so that a whole string is set in
+// that face rather than in a mix of fallbacks.
+//
 // Every call must be made with the engine's mutex held (see Lock); what it returns stays
 // valid until the lock is released.
 #pragma once
@@ -51,8 +57,11 @@ public:
 
     // False when the font cannot be made.
     bool Resolve(const LOGFONTW& lf, Font& out);
-    // The cached layout of text in font; null when it cannot be shaped.
-    const Layout* GetLayout(const Font& font, const std::string& utf8);
+    // The cached layout of text in font, rendered with hard edges when aliased; null when it
+    // cannot be shaped. Both kinds of layout have the same metrics.
+    const Layout* GetLayout(const Font& font, const std::string& utf8, bool aliased = false);
+    // The family a face name resolves to (fontconfig's choice for Simplified Chinese).
+    std::string FamilyOf(const Font& font) const;
     // Width and height of text's cell in device pixels, as GDI reports them.
     CSize Extent(const Font& font, const Layout& layout) const;
 
@@ -62,6 +71,7 @@ public:
 private:
     struct Face {
         std::wstring name;
+        std::string family;          // the installed family it resolved to
         int weight;
         bool italic;
         PangoFontDescription* desc;  // without size
@@ -76,12 +86,15 @@ private:
     KyTextEngine();
     ~KyTextEngine() = default;  // never called: the engine lives as long as the process
     int FindFace(const std::wstring& name, int weight, bool italic);
+    // Ascent and descent per em of the face that desc loads; false when it has no usable ones.
+    bool EmBox(const PangoFontDescription* desc, double& ascent, double& descent);
 
     static constexpr size_t kCacheCapacity = 2048;
 
     std::mutex m_mutex;
     PangoFontMap* m_fontMap = nullptr;
-    PangoContext* m_context = nullptr;
+    PangoContext* m_context = nullptr;         // anti-aliased glyphs
+    PangoContext* m_aliasedContext = nullptr;  // binary glyphs, hinted to the pixel grid
     std::vector<Face> m_faces;
     std::list<Entry> m_lru;  // most recently used first
     std::unordered_map<std::string, std::list<Entry>::iterator> m_index;

@@ -1,0 +1,95 @@
+#include "KyPngWriter.h"
+
+#include <libdeflate.h>
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+namespace {
+
+bool Opaque(const unsigned char* data, int stride, int w, int h)
+{
+    for (int y = 0; y < h; ++y) {
+        const auto* row = reinterpret_cast<const std::uint32_t*>(data + static_cast<std::ptrdiff_t>(y) * stride);
+        for (int x = 0; x < w; ++x)
+            if ((row[x] >> 24) != 0xFF) return false;
+    }
+    return true;
+}
+
+// One row of native-endian premultiplied ARGB as RGB or straight RGBA bytes.
+void ConvertRow(const std::uint32_t* in, int w, bool alpha, unsigned char* out)
+{
+    for (int x = 0; x < w; ++x) {
+        const std::uint32_t p = in[x];
+        const unsigned a = alpha ? p >> 24 : 0xFF;
+        unsigned r = (p >> 16) & 0xFF, g = (p >> 8) & 0xFF, b = p & 0xFF;
+        if (a != 0xFF) {
+            auto un = [a](unsigned v) { return a == 0 ? 0u : (v * 255 + a / 2) / a; };
+            r = un(r), g = un(g), b = un(b);
+        }
+        *out++ = static_cast<unsigned char>(r);
+        *out++ = static_cast<unsigned char>(g);
+        *out++ = static_cast<unsigned char>(b);
+        if (alpha) *out++ = static_cast<unsigned char>(a);
+    }
+}
+
+void PutBigEndian(std::string& out, std::uint32_t v)
+{
+    for (int shift = 24; shift >= 0; shift -= 8) out += static_cast<char>((v >> shift) & 0xFF);
+}
+
+// One chunk: length, type, data, and the CRC of type and data.
+void PutChunk(std::string& out, const char* type, const unsigned char* data, std::size_t length)
+{
+    PutBigEndian(out, static_cast<std::uint32_t>(length));
+    const std::size_t at = out.size();
+    out.append(type, 4);
+    if (length) out.append(reinterpret_cast<const char*>(data), length);
+    PutBigEndian(out, libdeflate_crc32(0, out.data() + at, length + 4));
+}
+
+}  // namespace
+
+bool KyPngWriter::Encode(cairo_surface_t* cs, std::string& out)
+{
+    if (!cs || cairo_surface_status(cs) != CAIRO_STATUS_SUCCESS || cairo_surface_get_type(cs) != CAIRO_SURFACE_TYPE_IMAGE)
+        return false;
+    const cairo_format_t format = cairo_image_surface_get_format(cs);
+    if (format != CAIRO_FORMAT_ARGB32 && format != CAIRO_FORMAT_RGB24) return false;
+    cairo_surface_flush(cs);
+    const unsigned char* data = cairo_image_surface_get_data(cs);
+    const int w = cairo_image_surface_get_width(cs), h = cairo_image_surface_get_height(cs);
+    const int stride = cairo_image_surface_get_stride(cs);
+    if (!data || w <= 0 || h <= 0) return false;
+    const bool alpha = format == CAIRO_FORMAT_ARGB32 && !Opaque(data, stride, w, h);
+    // The rows, each after its filter byte (0: none), as deflate takes them in one piece.
+    const std::size_t rowBytes = static_cast<std::size_t>(w) * (alpha ? 4 : 3);
+    std::vector<unsigned char> raw((rowBytes + 1) * static_cast<std::size_t>(h));
+    for (int y = 0; y < h; ++y) {
+        unsigned char* row = raw.data() + (rowBytes + 1) * static_cast<std::size_t>(y);
+        row[0] = 0;
+        ConvertRow(reinterpret_cast<const std::uint32_t*>(data + static_cast<std::ptrdiff_t>(y) * stride), w, alpha, row + 1);
+    }
+    std::unique_ptr<libdeflate_compressor, decltype(&libdeflate_free_compressor)> deflate(
+        libdeflate_alloc_compressor(kLevel), libdeflate_free_compressor);
+    if (!deflate) return false;
+    std::vector<unsigned char> idat(libdeflate_zlib_compress_bound(deflate.get(), raw.size()));
+    const std::size_t packed = libdeflate_zlib_compress(deflate.get(), raw.data(), raw.size(), idat.data(), idat.size());
+    if (packed == 0) return false;
+
+    unsigned char header[13];
+    const std::uint32_t fields[2] = {static_cast<std::uint32_t>(w), static_cast<std::uint32_t>(h)};
+    for (int i = 0; i < 8; ++i) header[i] = static_cast<unsigned char>(fields[i / 4] >> (24 - 8 * (i % 4)));
+    header[8] = 8;                // bits per channel
+    header[9] = alpha ? 6 : 2;    // RGBA or RGB
+    header[10] = header[11] = header[12] = 0;  // deflate, adaptive filtering, no interlace
+    std::string bytes("\x89PNG\r\n\x1a\n", 8);
+    PutChunk(bytes, "IHDR", header, sizeof header);
+    PutChunk(bytes, "IDAT", idat.data(), packed);
+    PutChunk(bytes, "IEND", nullptr, 0);
+    out += bytes;
+    return true;
+}
