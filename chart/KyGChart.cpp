@@ -17,6 +17,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
+#include <cxxabi.h>
+#include <typeinfo>
 
 namespace {
 
@@ -318,6 +321,20 @@ int CKyGChart::UptateDrawWnd(int bRedraw)
     return result;
 }
 
+namespace {
+
+CString ClassNameOf(const CKyGDrawBase& element)
+{
+    const char* mangled = typeid(element).name();
+    int status = -1;
+    char* name = abi::__cxa_demangle(mangled, nullptr, nullptr, &status);
+    const CString result = CString::FromUtf8(status == 0 && name ? name : mangled);
+    std::free(name);
+    return result;
+}
+
+}  // namespace
+
 int CKyGChart::Draw(CKyGDrawBase* pElem)
 {
     if (pElem == nullptr) return 0;
@@ -325,13 +342,20 @@ int CKyGChart::Draw(CKyGDrawBase* pElem)
     // Without a surface (before the first redraw, or after one of an empty window) there is
     // nothing to draw on: an element run anyway would report a drawing that never happened.
     if (!HasWindow() || m_sizeSurface.cx <= 0 || m_sizeSurface.cy <= 0) return 0;
+    CDC* dc = GetChartDC();
+    // Each element is one part of the drawing, which a vector document keeps as a group named
+    // by its class (toString is not that: the line families answer "CKyGProcess").
+    dc->BeginGroup(ClassNameOf(*pElem));
+    int result = 0;
     try {
-        return pElem->Draw(GetChartDC());
+        result = pElem->Draw(dc);
     } catch (...) {
         // Nothing is thrown across the interface: an element that throws only loses its
         // own drawing.
-        return 0;
+        result = 0;
     }
+    dc->EndGroup();
+    return result;
 }
 
 CDC* CKyGChart::GetChartDC() { return &m_dcChart; }
@@ -398,8 +422,14 @@ int CKyGChart::DrawAllChart()
         }
     }
 
-    m_StaPntW.SetName(CString(L"室外点"));
-    m_StaPntN.SetName(CString(L"室内点"));
+    {
+        CResourceModule::Scope scope(KyGraphModule());
+        CString outdoorName, indoorName;
+        outdoorName.LoadString(IDS_OUTDOOR_POINT);
+        indoorName.LoadString(IDS_INDOOR_POINT);
+        m_StaPntW.SetName(outdoorName);
+        m_StaPntN.SetName(indoorName);
+    }
     bool outdoor = false, indoor = false;
     if (hst.m_bWinter) {
         outdoor = m_StaPntW.SetBy_TdbandRH(hst.m_dWinterOutTdb, hst.m_dWinterOutRH / 100.0);

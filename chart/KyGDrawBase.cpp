@@ -158,3 +158,11 @@ int CKyGDrawBase::DrawEllipse(CDC* pDC, CPoint centre, double width, double heig
     if (pOldBrush) pDC->SelectObject(pOldBrush);
     return result;
 }
+
+int CKyGDrawBase::DrawPolygonAlpha(CDC* pDC, const CVoArray<CPoint>& points, COLORREF color, int alpha)
+{
+    if (pDC == nullptr || points.GetSize() < 3) return 0;
+    std::vector<POINT> pts(static_cast<size_t>(points.GetSize()));
+    for (int i = 0; i < points.GetSize(); ++i) pts[i] = points[i];
+    return pDC->FillPolygonAlpha(pts.data(), points.GetSize(), color, static_cast<BYTE>(std::clamp(alpha, 0, 255)));
+}

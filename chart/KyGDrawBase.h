@@ -52,6 +52,9 @@ public:
     // colour when fill is non-zero, otherwise with whatever brush the DC holds.
     static int DrawEllipse(CDC* pDC, CPoint centre, double width, double height, int penStyle, int penWidth,
                            COLORREF color, int fill);
+    // The closed polygon through the points filled with color at opacity alpha (0..255,
+    // clamped), over what is drawn, with no outline. Fewer than three points give 0.
+    static int DrawPolygonAlpha(CDC* pDC, const CVoArray<CPoint>& points, COLORREF color, int alpha);
 
 protected:
     // Draws the element; 1 when drawn, 0 when not (reason in the last-error text).

@@ -2,6 +2,7 @@
 
 #include <kygraph/KyGChart.h>
 #include <kygraph/KyGChartSetting.h>
+#include <kygraph/KyGraphModule.h>
 #include <kygraph/KyStaPnt.h>
 #include <kygraph/Saturate.h>
 #include <kygraph/StringUtils.h>
@@ -47,6 +48,7 @@ int CKyGHRuler::Draw(CDC* pDC)
 {
     CKyGChart* chart = GetChart();
     if (chart == nullptr) return 0;
+    CResourceModule::Scope scope(KyGraphModule());
 
     const CKyGChartSetting* set = CKyGChartSetting::GetKyGChartSetting();
     const CKyGRangeSetting& range = set->m_RangeSetting;
@@ -79,7 +81,7 @@ int CKyGHRuler::Draw(CDC* pDC)
 
     // kJ/kg on the inner side: every 5 long, every 10 labelled and drawn on to the curve.
     pen.Line(S, A);
-    pen.Text(along(S, -6.0), textAngle, CString(L"kJ/kg.干空气"));
+    pen.Text(along(S, -6.0), textAngle, KyGLoadString(IDS_HRULER_KJ));
     CPoint prev = S;
     ForEachTick(hmin, hmax, 1.0, [&](double h) {
         CPoint c0;
@@ -104,7 +106,7 @@ int CKyGHRuler::Draw(CDC* pDC)
     // Here the offset is truncated before it is added, unlike along().
     const CPoint E = S + CSize(Ky::TruncToInt(ca * 6.0 * s), Ky::TruncToInt(sa * 6.0 * s));
     pen.Line(S, E);
-    pen.Text(E, textAngle, CString(L"kcal/kg.干空气"));
+    pen.Text(E, textAngle, KyGLoadString(IDS_HRULER_KCAL));
     prev = S;
     ForEachTick(hmin, hmax, 0.5, [&](double g) {
         CPoint c0;

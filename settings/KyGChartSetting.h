@@ -5,6 +5,7 @@
 #include <kygraph/KyExport.h>
 #include <kygraph/KyGDimContentSetting.h>
 #include <kygraph/KyGDrawHstSetting.h>
+#include <kygraph/KyGOverlaySetting.h>
 #include <kygraph/KyGRangeSetting.h>
 #include <kygraph/KyGShortSetting.h>
 #include <kygraph/KyGStyleSetting.h>
@@ -36,6 +37,7 @@ public:
     CKyGDimContentSetting m_DimContentSetting;  // properties to label (host only)
     CKyGShortSetting m_ShortSetting;            // property short names (host only)
     CKyGDrawHstSetting m_DrawHstSetting;        // switches, intervals, design conditions
+    CKyGOverlaySetting m_OverlaySetting;        // optional overlays drawn by hosts (zones, data, ...)
     double m_dLeftMargin;    // blank width left of the chart body at draw scale 1; 20
     double m_dRightMargin;   // blank width right of the chart body; 20
     double m_dBottomMargin;  // blank height below the chart body; 30

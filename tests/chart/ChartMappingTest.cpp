@@ -155,3 +155,28 @@ TEST_F(ChartMapping, DegenerateRangesFailTheMapping)
         EXPECT_TRUE(chart->Convert(CPoint(100, -100), pnt) == 0 || !degenerate);
     }
 }
+
+TEST(StringTables, EveryEntryIsThereInBothLanguagesAndTheChosenOneLoads)
+{
+    // The same ids in each table (on Windows the English entries sit at an offset in the DLL's
+    // resource); English entries hold no Chinese, and the choice picks the table.
+    auto chinese = [](const CString& s) {
+        for (wchar_t c : std::wstring(s.GetString()))
+            if (c >= 0x4E00 && c <= 0x9FFF) return true;
+        return false;
+    };
+    for (UINT id = IDS_KYGRAPH_NAME; id <= IDS_HRULER_KCAL; ++id) {
+        CString zh, en;
+        ASSERT_TRUE(KyGraphModule(KyGraphLanguage::Chinese).Load(id, zh)) << id;
+        ASSERT_TRUE(KyGraphModule(KyGraphLanguage::English).Load(id, en)) << id;
+        EXPECT_FALSE(chinese(en)) << id;
+        EXPECT_EQ(zh == en, id == IDS_KYGRAPH_NAME) << id;
+    }
+    for (KyGraphLanguage language : {KyGraphLanguage::English, KyGraphLanguage::Chinese}) {
+        KyGraphSetLanguage(language);
+        CString title;
+        CResourceModule::Scope scope(KyGraphModule());
+        ASSERT_TRUE(title.LoadString(IDS_CHART_TITLE));
+        EXPECT_EQ(title, language == KyGraphLanguage::English ? L"Psychrometric Chart of Moist Air" : L"湿空气焓湿图");
+    }
+}

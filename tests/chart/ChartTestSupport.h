@@ -22,6 +22,7 @@ protected:
         set->m_RangeSetting = saved.m_RangeSetting;
         set->m_StyleSetting = saved.m_StyleSetting;
         set->m_DrawHstSetting = saved.m_DrawHstSetting;
+        set->m_OverlaySetting = saved.m_OverlaySetting;
         set->m_dLeftMargin = saved.m_dLeftMargin;
         set->m_dRightMargin = saved.m_dRightMargin;
         set->m_dBottomMargin = saved.m_dBottomMargin;
