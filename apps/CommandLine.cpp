@@ -1,6 +1,7 @@
 #include "CommandLine.h"
 
 #include "DecimalNumber.h"
+#include "HostMessages.h"
 #include "SceneReader.h"
 
 #include <cerrno>
@@ -8,7 +9,7 @@
 #include <cstring>
 #include <iostream>
 
-void CommandLine::Error(const std::string& message) { std::cerr << "kygraph: " << message << std::endl; }
+void CommandLine::Error(const std::string& message) { std::cerr << "kygraph: " << HostMessages::Localize(message) << std::endl; }
 
 int CommandLine::FinishOutput(int status)
 {
@@ -78,7 +79,10 @@ bool CommandLine::LoadScene(const std::string& path, Scene& scene)
     scene = Scene();
     if (path.empty()) return true;
     std::vector<SceneError> errors;
-    if (SceneReader::ReadFile(path, scene, errors)) return true;
+    if (SceneReader::ReadFile(path, scene, errors)) {
+        for (const std::string& note : scene.notes) Error(path + ":" + note);
+        return true;
+    }
     ReportErrors(path, errors);
     return false;
 }

@@ -1,6 +1,7 @@
 #include "LocateCommand.h"
 
 #include "CommandLine.h"
+#include "HostLanguage.h"
 #include "SceneApplier.h"
 #include "StateReport.h"
 
@@ -21,6 +22,7 @@ LocateCommand::LocateCommand(CLI::App& app)
     m_cmd->add_option("--size", m_size, "Client size in pixels, WxH (default: the scene's, else 1000x800)");
     m_cmd->add_option("--scene", m_scene, "Scene file whose settings place the chart");
     m_cmd->add_flag("--json", m_json, "One JSON object instead of a table");
+    HostLanguage::AddOption(*m_cmd, m_lang);
     m_cmd->footer("Exit status 1 when the pixel has no state (the chart's reason on stderr).\n"
                   "Example:\n"
                   "  kygraph locate --size 1000x800 640 500");
@@ -30,6 +32,7 @@ int LocateCommand::Run()
 {
     Scene scene;
     if (!CommandLine::LoadScene(m_scene, scene)) return CommandLine::kExitUsage;
+    HostLanguage::Choose(m_lang, scene.lang);
     int width = 0, height = 0;
     if (!CommandLine::ClientSize(m_size, scene, width, height)) return CommandLine::kExitUsage;
     if (m_x < 0 || m_x >= width || m_y < 0 || m_y >= height) {

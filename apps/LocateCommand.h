@@ -15,6 +15,7 @@ public:
 
 private:
     CLI::App* m_cmd;
+    std::string m_lang;  // --lang: en or zh; "" when not given
     std::string m_size;
     std::string m_scene;
     int m_x = 0;

@@ -5,9 +5,11 @@
 // chart's default; nothing here is resolved against the state model yet.
 #pragma once
 
+#include "SceneExtras.h"
 #include "StateInput.h"
 
 #include <kygraph/KyGStyleSetting.h>
+#include <kygraph/KyGraphModule.h>
 #include <kygraph/KyTypes.h>
 #include <kygraph/WinTypes.h>
 
@@ -17,6 +19,10 @@
 #include <variant>
 #include <cstddef>
 #include <vector>
+
+// Who places the host's labels: the host, so that none covers another or a dot, or the
+// chart's own rule.
+enum class SceneLabelRule { Host, Chart };
 
 // Where a marker puts its name, or no name at all.
 enum class SceneLabel { Left, Top, Right, Bottom, None };
@@ -115,6 +121,10 @@ struct SceneStep {
     std::optional<std::string> name;  // the path's name; "path N" when left out
     std::optional<SceneStateRef> from, to, a, b;
     std::optional<double> massA, massB;       // mixing: dry-air flows, any one unit
+    std::optional<double> fraction;           // mixing: share of a in the mixture, 0..1
+    std::optional<double> adp, bf;            // cooling coil: apparatus dew point °C, bypass factor 0..1
+    std::optional<double> dt0;                // ratio: end at from's dry bulb minus this, K
+    std::optional<std::string> tdbOf, dOf;    // end condition tdb / d taken from a named state
     std::optional<double> tdb, rh, d, h;      // the end condition of the builder
     std::optional<double> tSteam;             // steam humidification, °C
     std::optional<double> ratio;              // kJ/kg; +inf and -inf for the infinite kinds
@@ -126,6 +136,9 @@ struct SceneStep {
 struct SceneProcess {
     std::vector<SceneState> states;  // named states the steps refer to
     std::vector<SceneStep> steps;
+    // The air flow through the process, for its loads: volume (m³/h, of the air the process
+    // ends in) or dry-air mass (kg/s); at most one is given.
+    std::optional<double> flowM3h, flowKgs;
     bool operator==(const SceneProcess&) const = default;
 };
 
@@ -151,7 +164,10 @@ struct Scene {
 
     std::optional<int> width, height;  // client size in pixels
     std::optional<bool> antialias;
+    std::optional<KyGraphLanguage> lang;     // of the chart's texts; see HostLanguage
+    std::optional<SceneLabelRule> labels;    // default: the host's placement
     std::optional<double> pressure;    // Pa
+    std::optional<double> altitude;    // m; the standard atmosphere's pressure, in place of pressure
     std::optional<Ky::_Formulation> formulation;
     SceneRange range;
     SceneIntervals intervals;
@@ -164,6 +180,10 @@ struct Scene {
     std::vector<ScenePoint> points;
     std::vector<SceneProcess> processes;
     std::vector<SceneRatioLine> ratioLines;
+    SceneExtras extras;  // zones, data sets, extra line families, legend
+    // What the reader took as written but the user should hear of ("/points/0/rh: 0.55 is
+    // read as 0.55 %; ..."); never written back.
+    std::vector<std::string> notes;
 
     bool operator==(const Scene&) const = default;
 };

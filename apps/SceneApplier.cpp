@@ -1,6 +1,8 @@
 #include "SceneApplier.h"
 
 #include "DecimalNumber.h"
+#include "HostLayout.h"
+#include "ProcessStepBuilder.h"
 
 #include <kygraph/KyChart.h>
 #include <kygraph/KyGChart.h>
@@ -22,6 +24,7 @@ void CopySettings(CKyGChartSetting& to, const CKyGChartSetting& from)
     to.m_DimContentSetting = from.m_DimContentSetting;
     to.m_ShortSetting = from.m_ShortSetting;
     to.m_DrawHstSetting = from.m_DrawHstSetting;
+    to.m_OverlaySetting = from.m_OverlaySetting;
     to.m_dLeftMargin = from.m_dLeftMargin;
     to.m_dRightMargin = from.m_dRightMargin;
     to.m_dBottomMargin = from.m_dBottomMargin;
@@ -46,28 +49,6 @@ void ApplyLineStyle(tagKyLineStyle& to, const SceneLineStyle& s)
     Set(to.dSpare, s.spare);
 }
 
-CKyAS RatioOf(double ratio)
-{
-    CKyAS eps;
-    if (std::isinf(ratio)) eps.SetType(ratio > 0 ? CKyAS::AS_POSITIVE_INF : CKyAS::AS_NEGATIVE_INF);
-    else eps.SetValue(ratio);
-    return eps;
-}
-
-// The state reached from `from` along ratio at the one end condition given (d g/kg, h kJ/kg
-// or rh percent), computed by the state model's ratio process named name.
-bool RatioEnd(const CKyStaPnt& from, double ratio, const std::optional<double>& d, const std::optional<double>& h,
-              const std::optional<double>& rh, const CString& name, CKyStaPnt& end, std::string& error)
-{
-    CKyProcess scratch;
-    const bool ok = d    ? scratch.AddRatioProcess(name, from, RatioOf(ratio), CKyProcess::TARGET_D, *d, &end)
-                    : h  ? scratch.AddRatioProcess(name, from, RatioOf(ratio), CKyProcess::TARGET_H, *h, &end)
-                    : rh ? scratch.AddRatioProcess(name, from, RatioOf(ratio), CKyProcess::TARGET_RH, *rh / 100.0, &end)
-                         : false;
-    if (!ok) error = d || h || rh ? scratch.GetLastErrorString().ToUtf8() : "a ratio needs an end condition";
-    return ok;
-}
-
 CKyGStaPnt::DimPosition PositionOf(SceneLabel l)
 {
     switch (l) {
@@ -90,6 +71,10 @@ bool SceneApplier::Apply(const Scene& scene, std::vector<SceneError>& errors)
     auto markers = std::move(m_markers);
     auto processes = std::move(m_processes);
     auto ratioLines = std::move(m_ratioLines);
+    auto steps = std::move(m_steps);
+    auto named = std::move(m_named);
+    m_steps.clear();
+    m_named.clear();
     m_markers.clear();
     m_processes.clear();
     m_ratioLines.clear();
@@ -99,9 +84,11 @@ bool SceneApplier::Apply(const Scene& scene, std::vector<SceneError>& errors)
     ApplySettings(scene, errors);
     if (errors.size() == before) CheckDesign(errors);
     if (errors.size() == before) BuildOverlays(scene, errors);
+    if (errors.size() == before) m_extras.Apply(scene, *live, errors);
     m_names.clear();
     if (errors.size() == before) {
         CopySettings(m_applied, *live);
+        m_hostLabels = scene.labels.value_or(SceneLabelRule::Host) == SceneLabelRule::Host;
         return true;
     }
 
@@ -111,6 +98,8 @@ bool SceneApplier::Apply(const Scene& scene, std::vector<SceneError>& errors)
     m_markers = std::move(markers);
     m_processes = std::move(processes);
     m_ratioLines = std::move(ratioLines);
+    m_steps = std::move(steps);
+    m_named = std::move(named);
     return false;
 }
 
@@ -122,7 +111,7 @@ void SceneApplier::ApplySettings(const Scene& s, std::vector<SceneError>& errors
     CKyChart* model = CKyChart::InstanceGloble();
     CopySettings(set, m_defaults);
     // The reader has checked the pressure against the model's limits.
-    model->SetGlobleB(s.pressure.value_or(CKyChart::kDefaultB));
+    model->SetGlobleB(s.altitude ? CKyChart::StandardPressure(*s.altitude) : s.pressure.value_or(CKyChart::kDefaultB));
     model->SetFormulation(s.formulation.value_or(Ky::FORMULATION_CHART));
     set.m_DrawHstSetting.m_dPressure = model->GetGlobleB();
 
@@ -220,6 +209,7 @@ void SceneApplier::Define(const std::string& name, const CKyStaPnt& pnt, const s
     if (name.empty()) return;
     if (!m_names.emplace(name, pnt).second)
         errors.push_back({ptr, 0, 0, "the name \"" + name + "\" is already used by another state"});
+    else m_named.push_back(pnt);
 }
 
 bool SceneApplier::ResolveState(const SceneState& s, const std::string& ptr, CKyStaPnt& out,
@@ -276,11 +266,11 @@ void SceneApplier::BuildOverlays(const Scene& s, std::vector<SceneError>& errors
             }
         } else {
             std::string error;
-            if (!r.ratio || !RatioEnd(line.from, *r.ratio, r.d, r.h, r.rh, L"ratio line", line.to, error)) {
+            if (!r.ratio || !ProcessStepBuilder::RatioEnd(line.from, *r.ratio, r.d, r.h, r.rh, std::nullopt, line.to, error)) {
                 errors.push_back({ptr, 0, 0, r.ratio ? error : "missing key \"ratio\""});
                 continue;
             }
-            line.ratio = RatioOf(*r.ratio);
+            line.ratio = ProcessStepBuilder::RatioOf(*r.ratio);
         }
         m_ratioLines.push_back(std::move(line));
     }
@@ -293,13 +283,13 @@ void SceneApplier::BuildProcess(const SceneProcess& process, const std::string& 
         ResolveState(process.states[i], JsonPointer(JsonPointer(ptr, "states"), i), pnt, errors);
     }
     CKyProcess result;
+    const size_t firstStep = m_steps.size();
     for (size_t k = 0; k < process.steps.size(); ++k) {
         const SceneStep& st = process.steps[k];
         const std::string sp = JsonPointer(JsonPointer(ptr, "steps"), k);
         const CString name = st.name ? Wide(*st.name) : Wide("path " + std::to_string(k + 1));
-        // Each builder runs on a scratch process; its states then join the drawn process as an
-        // explicit path, with the computed state named as the scene says.
-        CKyProcess scratch;
+        // Each builder's states join the drawn process as an explicit path, with the computed
+        // state named as the scene says.
         CKyStaPnt from, to, end;
         CKyStaPntArray path;
         bool ok = true;
@@ -307,45 +297,32 @@ void SceneApplier::BuildProcess(const SceneProcess& process, const std::string& 
         auto ref = [&](const std::optional<SceneStateRef>& r, const char* key, CKyStaPnt& out) {
             if (r && !ResolveRef(*r, JsonPointer(sp, key), out, errors)) ok = false;
         };
-        auto built = [&](bool success) {
-            if (!success) error = scratch.GetLastErrorString().ToUtf8();
-            return success;
+        // An end condition taken from a named state.
+        auto valueOf = [&](const std::optional<std::string>& n, const char* key, double (CKyStaPnt::*get)() const) -> std::optional<double> {
+            if (!n) return std::nullopt;
+            CKyStaPnt p;
+            if (!ResolveRef(*n, JsonPointer(sp, key), p, errors)) ok = false;
+            return (p.*get)();
         };
-        switch (st.type) {
-        case SceneStep::Mixing:
-            ref(st.a, "a", from);
-            ref(st.b, "b", to);
-            ok = ok && built(scratch.AddMixing(name, from, st.massA.value_or(0), to, st.massB.value_or(0), &end));
-            break;
-        case SceneStep::Sensible:
-            ref(st.from, "from", from);
-            ok = ok && built(scratch.AddSensible(name, from, st.tdb.value_or(0), &end));
-            break;
-        case SceneStep::CoolingDehumidify:
-            ref(st.from, "from", from);
-            ref(st.to, "to", end);
-            ok = ok && built(scratch.AddCoolingDehumidify(name, from, end));
-            break;
-        case SceneStep::AdiabaticHumidify:
-            ref(st.from, "from", from);
-            ok = ok && built(scratch.AddAdiabaticHumidify(name, from, st.rh.value_or(0) / 100.0, &end));
-            break;
-        case SceneStep::SteamHumidify:
-            ref(st.from, "from", from);
-            ok = ok && built(scratch.AddSteamHumidify(name, from, st.d.value_or(0), st.tSteam.value_or(100.0), &end));
-            break;
-        case SceneStep::Ratio:
-            ref(st.from, "from", from);
-            ok = ok && RatioEnd(from, st.ratio.value_or(0), st.d, st.h, st.rh, name, end, error);
-            break;
-        case SceneStep::Path:
-        case SceneStep::kTypeCount:
+        if (st.type == SceneStep::Path || st.type == SceneStep::kTypeCount) {
             for (size_t j = 0; j < st.points.size(); ++j) {
                 CKyStaPnt p;
                 if (ResolveRef(st.points[j], JsonPointer(JsonPointer(sp, "points"), j), p, errors)) path.Add(p);
                 else ok = false;
             }
-            break;
+        } else {
+            ProcessStepBuilder::Inputs in;
+            ref(st.type == SceneStep::Mixing ? st.a : st.from, st.type == SceneStep::Mixing ? "a" : "from", in.from);
+            ref(st.type == SceneStep::Mixing ? st.b : st.to, st.type == SceneStep::Mixing ? "b" : "to", in.other);
+            in.tdb = st.tdbOf ? valueOf(st.tdbOf, "tdb", &CKyStaPnt::GetTdb) : st.tdb;
+            in.d = st.dOf ? valueOf(st.dOf, "d", &CKyStaPnt::GetD) : st.d;
+            from = in.from;
+            to = in.other;
+            ProcessStepBuilder::Failure failure;
+            if (ok && !ProcessStepBuilder::Build(st, in, end, failure)) {
+                ok = false;
+                errors.push_back({failure.key.empty() ? sp : JsonPointer(sp, failure.key), 0, 0, failure.message});
+            }
         }
         if (!ok) {
             if (!error.empty()) errors.push_back({sp, 0, 0, error});
@@ -360,17 +337,24 @@ void SceneApplier::BuildProcess(const SceneProcess& process, const std::string& 
             path.Add(from);
             path.Add(end);
             if (st.type == SceneStep::Mixing) path.Add(to);
+            m_steps.push_back({std::to_string(m_processes.size() + 1), name.ToUtf8(), st.type, from, end, std::nullopt});
         }
         if (!result.AddPath(name, path)) errors.push_back({sp, 0, 0, result.GetLastErrorString().ToUtf8()});
+    }
+    // The flow's volume is of the air the process ends in: the supply air of a unit.
+    if ((process.flowKgs || process.flowM3h) && firstStep < m_steps.size()) {
+        const double m = process.flowKgs ? *process.flowKgs : ProcessLoads::MassFlow(*process.flowM3h, m_steps.back().end);
+        for (size_t i = firstStep; i < m_steps.size(); ++i) m_steps[i].massFlow = m;
     }
     Process p{ptr, CKyGProcess()};
     p.element.SetValue(result);
     m_processes.push_back(std::move(p));
 }
 
-bool SceneApplier::DrawOverlays(CKyGChart& chart, std::vector<SceneError>& errors)
+bool SceneApplier::DrawOverlays(CKyGChart& chart, std::vector<SceneError>& errors, bool hostLabels)
 {
     const size_t before = errors.size();
+    if (!hostLabels) m_extras.DrawUnder(chart);  // the host draws them before it places labels
     auto fail = [&](const std::string& ptr, const CKyObject& source) {
         const std::string text = source.GetLastErrorString().ToUtf8();
         errors.push_back({ptr, 0, 0, text.empty() ? "could not be drawn" : text});
@@ -383,14 +367,71 @@ bool SceneApplier::DrawOverlays(CKyGChart& chart, std::vector<SceneError>& error
         }
         CKyGSameAS line;
         line.SetValue(r.ratio);
-        line.SetDimEnable(r.label);
+        line.SetDimEnable(hostLabels ? 0 : r.label);
         line.SetStartPoint(a);
         line.SetEndPoint(b);
         chart.Draw(&line);
     }
-    for (Process& p : m_processes)
-        if (!chart.Draw(&p.element)) fail(p.pointer, p.element);
-    for (Marker& m : m_markers)
+    for (Process& p : m_processes) {
+        if (!hostLabels) {
+            if (!chart.Draw(&p.element)) fail(p.pointer, p.element);
+            continue;
+        }
+        // The same paths with nameless states: the process draws its dots, the host the names.
+        CKyPathMap paths;
+        p.element.GetValue().GetAllProcess(paths);
+        CKyProcess nameless;
+        POSITION pos = paths.GetStartPosition();
+        for (int n = 0; pos != nullptr && n < paths.GetCount(); ++n) {
+            CString name;
+            CKyStaPntArray points;
+            paths.GetNextAssoc(pos, name, points);
+            for (int i = 0; i < points.GetSize(); ++i) points[i].SetName(CString());
+            nameless.AddPath(name, points);
+        }
+        CKyGProcess element;
+        element.SetValue(nameless);
+        if (!chart.Draw(&element)) fail(p.pointer, element);
+    }
+    for (Marker& m : m_markers) {
+        const int label = m.element.GetDimEnable();
+        if (hostLabels) m.element.SetDimEnable(0);
         if (!chart.Draw(&m.element)) fail(m.pointer, m.element);
+        m.element.SetDimEnable(label);
+    }
+    if (!hostLabels) m_extras.DrawLegend(chart);  // the host draws it before placing its labels
     return errors.size() == before;
+}
+
+void SceneApplier::CollectLabels(CKyGChart& chart, HostLayout& layout) const
+{
+    const CKyGChartSetting* set = CKyGChartSetting::GetKyGChartSetting();
+    const double k = set->GetDrawScale();
+    const tagKyPntStyle point = set->m_StyleSetting.m_StaPntStyle;
+    const int radius = static_cast<int>(std::ceil(point.dSize * k / 2.0));
+    std::vector<std::pair<CPoint, CString>> named;  // a state named twice is labelled once
+    auto add = [&](const CKyStaPnt& s, int side, bool labelled) {
+        CPoint p;
+        if (!chart.Convert(s, p)) return;
+        layout.AddDot(p, radius);
+        const CString name = s.GetName();
+        if (!labelled || name.IsEmpty()) return;
+        for (const auto& [q, n] : named)
+            if (q == p && n == name) return;
+        named.emplace_back(p, name);
+        layout.AddLabel({p, radius, name, point.nTextHeight * k, point.crColor, static_cast<LabelPlacer::Side>(side)});
+    };
+    for (const Marker& m : m_markers) add(m.element.GetValue(), m.element.GetDimPosition(), m.element.GetDimEnable() != 0);
+    for (const Process& p : m_processes) {
+        CKyStaPntArray points;
+        p.element.GetValue().GetAllPnt(points);
+        for (int i = 0; i < points.GetSize(); ++i) add(points[i], LabelPlacer::Top, true);
+    }
+    const tagKyLineStyle ratio = set->m_StyleSetting.m_SameASStyle;
+    for (const RatioLine& r : m_ratioLines) {
+        CPoint a, b;
+        if (!r.label || !chart.Convert(r.from, a) || !chart.Convert(r.to, b)) continue;
+        layout.AddLabel({a.y < b.y ? a : b, 0, r.ratio.OutputString(1), ratio.nTextHeight * k, ratio.crColor, LabelPlacer::Top});
+    }
+    m_extras.CollectLabels(layout);
 }

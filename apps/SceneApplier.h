@@ -9,7 +9,9 @@
 // CKyGChart::GetKyGChart() call.
 #pragma once
 
+#include "ProcessLoads.h"
 #include "Scene.h"
+#include "SceneExtrasApplier.h"
 
 #include <kygraph/KyAS.h>
 #include <kygraph/KyGChartSetting.h>
@@ -22,6 +24,7 @@
 #include <vector>
 
 class CKyGChart;
+class HostLayout;
 
 class SceneApplier {
 public:
@@ -42,7 +45,26 @@ public:
     // Draws the ratio lines, the processes and the state points of the last successful Apply,
     // in that order, through chart.Draw. True when every one was drawn; otherwise false with
     // one error (the chart's or the element's text) for each that was not, the others drawn.
-    bool DrawOverlays(CKyGChart& chart, std::vector<SceneError>& errors);
+    // With hostLabels the markers, processes and ratio lines are drawn without their labels,
+    // which CollectLabels hands to a HostLayout instead.
+    bool DrawOverlays(CKyGChart& chart, std::vector<SceneError>& errors, bool hostLabels = false);
+
+    // True unless the last applied scene asks for the chart's own label placement.
+    bool HostLabels() const { return m_hostLabels; }
+    // The dots and labels of the overlays, in pixels of chart as it is drawn now.
+    void CollectLabels(CKyGChart& chart, HostLayout& layout) const;
+
+    // The builder steps of the last successful Apply's processes, in scene order, and every
+    // named state in the order the scene defines them (the report lists both).
+    const std::vector<ProcessLoads::Step>& Steps() const { return m_steps; }
+    const std::vector<CKyStaPnt>& NamedStates() const { return m_named; }
+    // With hostLabels, DrawOverlays leaves out what lies under the overlays (the extra line
+    // families, data sets and zones) and the legend: the host draws them with these before
+    // it places its labels.
+    void DrawUnder(CKyGChart& chart) { m_extras.DrawUnder(chart, true); }
+    void DrawLegend(CKyGChart& chart, RECT* placed = nullptr) { m_extras.DrawLegend(chart, placed); }
+    // Zones, data sets, extra line families and legend: what they could not draw.
+    const std::vector<SceneExtrasApplier::Note>& Notes() const { return m_extras.Notes(); }
 
 private:
     struct Marker {
@@ -81,7 +103,11 @@ private:
     DefaultSettings m_applied;
 
     std::map<std::string, CKyStaPnt> m_names;  // named states of the scene being applied
+    std::vector<CKyStaPnt> m_named;
+    std::vector<ProcessLoads::Step> m_steps;
     std::vector<Marker> m_markers;
     std::vector<Process> m_processes;
     std::vector<RatioLine> m_ratioLines;
+    bool m_hostLabels = true;
+    SceneExtrasApplier m_extras;
 };

@@ -185,12 +185,13 @@ using Keys = std::vector<const char*>;
 class Reader {
 public:
     explicit Reader(std::vector<SceneError>& errors) : m_errors(errors) {}
+    std::vector<std::string> TakeNotes() { return std::move(m_notes); }
 
     void ReadScene(const json& doc, Scene& s)
     {
-        if (!Object(doc, "", {"size", "antialias", "pressure", "formulation", "range", "intervals", "display",
+        if (!Object(doc, "", {"size", "antialias", "lang", "labels", "pressure", "altitude", "formulation", "range", "intervals", "display",
                               "winter", "design", "margins", "lengths", "styles", "points", "processes",
-                              "ratio_lines"}))
+                              "ratio_lines", "zones", "data", "wet_bulb_lines", "volume_lines", "legend"}))
             return;
         if (const json* v = Section(doc, "", "size", {"width", "height"})) {
             Int(*v, "/size", "width", s.width, 1, Scene::kMaxSide);
@@ -200,7 +201,10 @@ public:
                                    " pixels is beyond the " + std::to_string(Scene::kMaxPixels) + " pixels one drawing may have");
         }
         Bool(doc, "", "antialias", s.antialias);
+        Choice(doc, "", "lang", s.lang, {{"zh", KyGraphLanguage::Chinese}, {"en", KyGraphLanguage::English}});
+        Choice(doc, "", "labels", s.labels, {{"host", SceneLabelRule::Host}, {"chart", SceneLabelRule::Chart}});
         Number(doc, "", "pressure", s.pressure, CKyChart::kMinB, CKyChart::kMaxB);
+        ReadAltitude(doc, s);
         Choice(doc, "", "formulation", s.formulation,
                {{"chart", Ky::FORMULATION_CHART}, {"ashrae", Ky::FORMULATION_ASHRAE2017}, {"realgas", Ky::FORMULATION_REALGAS}});
         if (const json* v = Section(doc, "", "range", {"tmin", "tmax", "dmin", "dmax"})) {
@@ -255,10 +259,66 @@ public:
             ReadRatioLine(item, ptr, r);
             s.ratioLines.push_back(std::move(r));
         });
+        ReadExtras(doc, s.extras);
     }
 
 private:
     void Error(const std::string& pointer, const std::string& message) { m_errors.push_back({pointer, 0, 0, message}); }
+
+    // Zones, data sets, the wet-bulb and volume line families and the legend.
+    void ReadExtras(const json& doc, SceneExtras& x)
+    {
+        ForEach(doc, "", "zones", [&](const json& j, const std::string& ptr) {
+            SceneZone z;
+            if (!Object(j, ptr, {"preset", "name", "color", "tdb", "rh", "d", "h", "twb"})) return;
+            String(j, ptr, "preset", z.preset);
+            String(j, ptr, "name", z.name);
+            Color(j, ptr, "color", z.color);
+            for (int q = 0; q < SceneZone::kQuantityCount; ++q) {
+                const char* key = SceneZone::Key(static_cast<SceneZone::Quantity>(q));
+                const json* v = Find(j, key);
+                if (!v) continue;
+                const std::string p = JsonPointer(ptr, key);
+                if (!v->is_array() || v->size() != 2) {
+                    Error(p, "expected [min, max] (null for an open side), found " + KindOf(*v));
+                    continue;
+                }
+                double lo = 0, hi = 0;
+                if (!(*v)[0].is_null() && ToNumber((*v)[0], JsonPointer(p, 0), -1.0e6, 1.0e6, lo)) z.bounds[q].min = lo;
+                if (!(*v)[1].is_null() && ToNumber((*v)[1], JsonPointer(p, 1), -1.0e6, 1.0e6, hi)) z.bounds[q].max = hi;
+            }
+            if (!z.preset && std::all_of(z.bounds.begin(), z.bounds.end(), [](const SceneZoneBound& b) { return !b.min && !b.max; }))
+                Error(ptr, "a zone needs a preset or at least one of tdb, rh, d, h, twb");
+            x.zones.push_back(std::move(z));
+        });
+        ForEach(doc, "", "data", [&](const json& j, const std::string& ptr) {
+            SceneData d;
+            if (!Object(j, ptr, {"file", "name", "mode"})) return;
+            Require(j, ptr, {"file"});
+            std::optional<std::string> file;
+            String(j, ptr, "file", file);
+            d.file = file.value_or("");
+            String(j, ptr, "name", d.name);
+            String(j, ptr, "mode", d.mode);
+            x.data.push_back(std::move(d));
+        });
+        auto family = [&](const char* key, SceneLineFamily& f, double minInterval, double maxInterval) {
+            if (const json* v = Section(doc, "", key, {"show", "interval", "labels"})) {
+                const std::string p = JsonPointer("", key);
+                Bool(*v, p, "show", f.show);
+                Number(*v, p, "interval", f.interval, minInterval, maxInterval);
+                Bool(*v, p, "labels", f.labels);
+            }
+        };
+        family("wet_bulb_lines", x.wetBulbLines, 0.5, 100.0);
+        family("volume_lines", x.volumeLines, 0.001, 1.0);
+        if (const json* v = Section(doc, "", "legend", {"show", "families", "x", "y"})) {
+            Bool(*v, "/legend", "show", x.legend.show);
+            Bool(*v, "/legend", "families", x.legend.families);
+            Int(*v, "/legend", "x", x.legend.x, -Scene::kMaxSide, Scene::kMaxSide);
+            Int(*v, "/legend", "y", x.legend.y, -Scene::kMaxSide, Scene::kMaxSide);
+        }
+    }
 
     // True when j is an object; every key not in keys (nor "comment") is reported.
     bool Object(const json& j, const std::string& ptr, const Keys& keys)
@@ -429,6 +489,7 @@ private:
             std::optional<double> x;
             const StateInput::Limits lim = StateInput::LimitsOf(prop);
             Number(obj, ptr, StateInput::Key(prop), x, lim.min, lim.max);
+            if (prop == StateInput::RH) NoteFractionRH(ptr, StateInput::Key(prop), x);
             if (x) input.Set(prop, *x);
         }
     }
@@ -491,6 +552,33 @@ private:
     {
         const StateInput::Limits lim = StateInput::LimitsOf(prop);
         Number(obj, ptr, key, out, lim.min, lim.max);
+        if (prop == StateInput::RH) NoteFractionRH(ptr, key, out);
+    }
+
+    // The altitude, in place of the pressure; the pressure it gives must be one the model takes.
+    void ReadAltitude(const json& doc, Scene& s)
+    {
+        Number(doc, "", "altitude", s.altitude, CKyChart::kMinAltitude, CKyChart::kMaxAltitude);
+        if (Find(doc, "altitude") && Find(doc, "pressure")) Error("/altitude", "give either \"altitude\" or \"pressure\", not both");
+        if (!s.altitude) return;
+        const double b = CKyChart::StandardPressure(*s.altitude);
+        if (b < CKyChart::kMinB)
+            Error("/altitude", "altitude " + DecimalNumber::Text(*s.altitude) + " m gives " + DecimalNumber::Text(std::round(b)) +
+                                   " Pa, below the lowest pressure the model takes (" + DecimalNumber::Text(CKyChart::kMinB) + " Pa)");
+    }
+
+    // How many of keys obj has.
+    static int CountOf(const json& obj, const Keys& keys)
+    {
+        return static_cast<int>(std::count_if(keys.begin(), keys.end(), [&](const char* k) { return Find(obj, k) != nullptr; }));
+    }
+
+    // An end condition given as a number, or as the name of a state whose value is taken.
+    void TargetOrName(const json& obj, const std::string& ptr, const char* key, StateInput::Prop prop,
+                      std::optional<double>& out, std::optional<std::string>& name)
+    {
+        if (const json* v = Find(obj, key); v && v->is_string()) out.reset(), name = v->get<std::string>();
+        else Target(obj, ptr, key, prop, out);
     }
 
     void ReadStep(const json& j, const std::string& ptr, SceneStep& st)
@@ -514,42 +602,63 @@ private:
         st.type = *type;
         switch (st.type) {
         case SceneStep::Mixing:
-            Object(j, ptr, {"type", "name", "a", "b", "mass_a", "mass_b", "result"});
-            Require(j, ptr, {"a", "b", "mass_a", "mass_b"});
+            Object(j, ptr, {"type", "name", "a", "b", "mass_a", "mass_b", "fraction", "result"});
+            Require(j, ptr, {"a", "b"});
+            if (!(Find(j, "fraction") ? CountOf(j, {"mass_a", "mass_b"}) == 0 : CountOf(j, {"mass_a", "mass_b"}) == 2))
+                Error(ptr, "a mixing needs either \"fraction\" (the share of a) or both \"mass_a\" and \"mass_b\"");
             Ref(j, ptr, "a", st.a);
             Ref(j, ptr, "b", st.b);
             Number(j, ptr, "mass_a", st.massA, 0.0, 1.0e9);
             Number(j, ptr, "mass_b", st.massB, 0.0, 1.0e9);
+            Number(j, ptr, "fraction", st.fraction, 0.0, 1.0);
             break;
         case SceneStep::Sensible:
             Object(j, ptr, {"type", "name", "from", "tdb", "result"});
             Require(j, ptr, {"from", "tdb"});
-            Target(j, ptr, "tdb", StateInput::Tdb, st.tdb);
+            TargetOrName(j, ptr, "tdb", StateInput::Tdb, st.tdb, st.tdbOf);
             break;
-        case SceneStep::CoolingDehumidify:
-            Object(j, ptr, {"type", "name", "from", "to"});
-            Require(j, ptr, {"from", "to"});
+        case SceneStep::CoolingDehumidify: {
+            Object(j, ptr, {"type", "name", "from", "to", "rh", "tdb", "d", "adp", "bf", "result"});
+            Require(j, ptr, {"from"});
+            const bool byState = Find(j, "to") && CountOf(j, {"rh", "tdb", "d", "adp", "bf", "result"}) == 0;
+            const bool byRH = Find(j, "rh") && CountOf(j, {"tdb", "d"}) == 1 && CountOf(j, {"to", "adp", "bf"}) == 0;
+            const bool byADP = CountOf(j, {"adp", "bf"}) == 2 && CountOf(j, {"to", "rh", "tdb", "d"}) == 0;
+            if (!byState && !byRH && !byADP)
+                Error(ptr, "a cooling coil needs \"to\" (a state), or \"rh\" with one of \"tdb\", \"d\", or \"adp\" with \"bf\"");
             Ref(j, ptr, "to", st.to);
-            break;
-        case SceneStep::AdiabaticHumidify:
-            Object(j, ptr, {"type", "name", "from", "rh", "result"});
-            Require(j, ptr, {"from", "rh"});
             Target(j, ptr, "rh", StateInput::RH, st.rh);
+            TargetOrName(j, ptr, "tdb", StateInput::Tdb, st.tdb, st.tdbOf);
+            TargetOrName(j, ptr, "d", StateInput::D, st.d, st.dOf);
+            Target(j, ptr, "adp", StateInput::Tdb, st.adp);
+            Number(j, ptr, "bf", st.bf, 0.0, 1.0);
+            break;
+        }
+        case SceneStep::AdiabaticHumidify:
+            Object(j, ptr, {"type", "name", "from", "rh", "d", "result"});
+            Require(j, ptr, {"from"});
+            if (CountOf(j, {"rh", "d"}) != 1) Error(ptr, "a humidifier needs exactly one end condition of rh, d");
+            Target(j, ptr, "rh", StateInput::RH, st.rh);
+            TargetOrName(j, ptr, "d", StateInput::D, st.d, st.dOf);
             break;
         case SceneStep::SteamHumidify:
-            Object(j, ptr, {"type", "name", "from", "d", "t_steam", "result"});
-            Require(j, ptr, {"from", "d"});
-            Target(j, ptr, "d", StateInput::D, st.d);
+            Object(j, ptr, {"type", "name", "from", "d", "rh", "t_steam", "result"});
+            Require(j, ptr, {"from"});
+            if (CountOf(j, {"rh", "d"}) != 1) Error(ptr, "a humidifier needs exactly one end condition of rh, d");
+            TargetOrName(j, ptr, "d", StateInput::D, st.d, st.dOf);
+            Target(j, ptr, "rh", StateInput::RH, st.rh);
             Number(j, ptr, "t_steam", st.tSteam, 0.0, CKyStaPnt::kMaxTdb);
             break;
         case SceneStep::Ratio:
-            Object(j, ptr, {"type", "name", "from", "ratio", "d", "h", "rh", "result"});
+            Object(j, ptr, {"type", "name", "from", "ratio", "d", "h", "rh", "tdb", "dt0", "result"});
             Require(j, ptr, {"from", "ratio"});
-            RequireOneTarget(j, ptr);
+            if (const int n = CountOf(j, {"d", "h", "rh", "tdb", "dt0"}); n != 1)
+                Error(ptr, "a ratio needs exactly one end condition of d, h, rh, tdb, dt0; " + std::to_string(n) + " given");
             Ratio(j, ptr, st.ratio);
             Target(j, ptr, "d", StateInput::D, st.d);
             Target(j, ptr, "h", StateInput::H, st.h);
             Target(j, ptr, "rh", StateInput::RH, st.rh);
+            TargetOrName(j, ptr, "tdb", StateInput::Tdb, st.tdb, st.tdbOf);
+            Number(j, ptr, "dt0", st.dt0, -100.0, 100.0);
             break;
         case SceneStep::Path:
         case SceneStep::kTypeCount:
@@ -571,12 +680,18 @@ private:
         }
         String(j, ptr, "name", st.name);
         if (st.type != SceneStep::Mixing && st.type != SceneStep::Path) Ref(j, ptr, "from", st.from);
-        if (st.type != SceneStep::CoolingDehumidify && st.type != SceneStep::Path) String(j, ptr, "result", st.result);
+        if (st.type != SceneStep::Path) String(j, ptr, "result", st.result);
     }
 
     void ReadProcess(const json& j, const std::string& ptr, SceneProcess& p)
     {
-        if (!Object(j, ptr, {"states", "steps"})) return;
+        if (!Object(j, ptr, {"states", "steps", "flow"})) return;
+        if (const json* f = Section(j, ptr, "flow", {"m3h", "kgs"})) {
+            const std::string fp = JsonPointer(ptr, "flow");
+            if (CountOf(*f, {"m3h", "kgs"}) != 1) Error(fp, "a flow needs exactly one of \"m3h\" (m³/h), \"kgs\" (kg/s)");
+            Number(*f, fp, "m3h", p.flowM3h, 0.0, 1.0e9);
+            Number(*f, fp, "kgs", p.flowKgs, 0.0, 1.0e6);
+        }
         ForEach(j, ptr, "states", [&](const json& item, const std::string& sp) {
             SceneState s;
             ReadState(item, sp, s);
@@ -676,7 +791,19 @@ private:
         }
     }
 
+    // Relative humidity is in percent; a value of 0..1 is read as such, and told, since it is
+    // most likely a fraction meant as percent.
+    void NoteFractionRH(const std::string& ptr, const char* key, const std::optional<double>& rh)
+    {
+        if (!rh || !(*rh > 0.0 && *rh <= 1.0)) return;
+        m_notes.push_back(JsonPointer(ptr, key) + ": " + DecimalNumber::Text(*rh) + " is read as " +
+                          DecimalNumber::Text(*rh) + " %; relative humidity is in percent (" +
+                          DecimalNumber::Text(std::round(*rh * 1e8) / 1e6) + " for " + DecimalNumber::Text(std::round(*rh * 1e8) / 1e6) +
+                          " %)");
+    }
+
     std::vector<SceneError>& m_errors;
+    std::vector<std::string> m_notes;
 };
 
 }  // namespace
@@ -689,7 +816,9 @@ bool SceneReader::Parse(std::string_view text, Scene& scene, std::vector<SceneEr
     if (!json::sax_parse(text.begin(), text.end(), &builder)) return false;
     // Keys given twice are reported with everything else the document has wrong.
     scene = Scene();
-    Reader(errors).ReadScene(doc, scene);
+    Reader reader(errors);
+    reader.ReadScene(doc, scene);
+    scene.notes = reader.TakeNotes();
     std::size_t states = scene.points.size() + scene.ratioLines.size();
     for (const SceneProcess& p : scene.processes) {
         states += p.states.size();

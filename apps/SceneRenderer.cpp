@@ -1,23 +1,61 @@
 #include "SceneRenderer.h"
 
+#include "BackgroundLayer.h"
+#include "HostLayout.h"
+#include "PaperSize.h"
 #include "SceneApplier.h"
 
 #include <kygraph/KyGChart.h>
+#include <kygraph/KyGChartSetting.h>
 #include <kygraph/KyGraphModule.h>
 
 SceneRenderer::Outcome SceneRenderer::Draw(SceneApplier& applier, CImageWnd& drawWnd, CImageWnd& showWnd,
-                                           std::vector<SceneError>& errors)
+                                           std::vector<SceneError>& errors, BackgroundLayer* kept, const std::string& key)
 {
     CKyGChart* chart = CKyGChart::GetKyGChart();
+    BackgroundLayer once;  // keeps nothing: its key is empty
+    BackgroundLayer& background = kept ? *kept : once;
+    const std::string& backgroundKey = kept ? key : std::string();
+    const bool host = applier.HostLabels();
+    // The host places its labels and the title block by what the chart drew: it records.
+    drawWnd.EnableRecording(host);
     chart->AttachDarwWnd(&drawWnd);
-    if (!chart->UptateDrawWnd(1)) return ChartFailed;
-    if (!applier.DrawOverlays(*chart, errors)) return OverlaysFailed;
+    HostLayout layout;
+    // The background, then what lies under the overlays (zones, data, extra line families)
+    // and the legend, which finds its free space on that drawing: the labels and the block
+    // keep clear of their texts (the block moves off a legend drawn over it).
+    auto showUnder = [&](bool withTitle, HostLayout* read) {
+        if (!background.Show(*chart, drawWnd, backgroundKey, withTitle, read)) return false;
+        if (!read) return true;
+        const size_t mark = chart->GetChartDC() ? chart->GetChartDC()->GetRecords().size() : 0;
+        applier.DrawUnder(*chart);
+        RECT legend{};
+        applier.DrawLegend(*chart, &legend);
+        read->ReadMore(*chart, mark);
+        if (legend.right > legend.left && legend.bottom > legend.top) read->AddCovered(legend);
+        return true;
+    };
+    if (!showUnder(true, host ? &layout : nullptr)) return ChartFailed;
+    if (host) {
+        applier.CollectLabels(*chart, layout);
+        if (layout.Place(chart->GetChartDC())) {
+            // The block would cover something: the chart draws without it, the layout draws it.
+            HostLayout titleless;
+            if (!showUnder(false, &titleless)) return ChartFailed;
+            layout.MoveTitle(chart->GetChartDC(), titleless);
+        }
+    }
+    const bool overlays = applier.DrawOverlays(*chart, errors, host);
+    if (host) chart->Draw(&layout);
+    drawWnd.EnableRecording(false);
+    if (!overlays) return OverlaysFailed;
     if (&showWnd != &drawWnd) chart->AttachDarwWnd(&showWnd);
     return chart->UptateDrawWnd(0) ? Done : ChartFailed;
 }
 
 SceneRenderer::Outcome SceneRenderer::Encode(SceneApplier& applier, int w, int h, CImageWnd::SurfaceKind kind,
-                                             bool antialias, std::string& bytes, std::vector<SceneError>& errors)
+                                             bool antialias, std::string& bytes, std::vector<SceneError>& errors,
+                                             const PaperSize* paper)
 {
     bytes.clear();
     CImageWnd drawWnd(w, h, RGB(255, 255, 255), kind);
@@ -31,6 +69,10 @@ SceneRenderer::Outcome SceneRenderer::Encode(SceneApplier& applier, int w, int h
         // the drawing onto the window it is attached to: drawing and showing in one vector
         // window would store the chart twice. So the drawing is shown once in a second window.
         CImageWnd showWnd(w, h, RGB(255, 255, 255), kind);
+        if (paper) {
+            drawWnd.SetPaper(paper->WidthMm(), paper->HeightMm(), PaperSize::kMarginMm);
+            showWnd.SetPaper(paper->WidthMm(), paper->HeightMm(), PaperSize::kMarginMm);
+        }
         outcome = Draw(applier, drawWnd, showWnd, errors);
         if (outcome == Done) bytes = showWnd.Encode();
         if (kind == CImageWnd::Svg && !bytes.empty()) AddSvgTitle(bytes);

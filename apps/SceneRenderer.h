@@ -10,6 +10,8 @@
 #include <string>
 #include <vector>
 
+class BackgroundLayer;
+class PaperSize;
 class SceneApplier;
 
 class SceneRenderer {
@@ -23,16 +25,18 @@ public:
 
     // Draws the chart and the overlays of applier's last applied scene into drawWnd and shows
     // the result in showWnd, which may be drawWnd itself. The chart stays attached to showWnd.
+    // With kept, the chart's background comes from there when it was kept for key (see
+    // BackgroundLayer::KeyOf), and is kept there for it otherwise.
     static Outcome Draw(SceneApplier& applier, CImageWnd& drawWnd, CImageWnd& showWnd,
-                        std::vector<SceneError>& errors);
+                        std::vector<SceneError>& errors, BackgroundLayer* kept = nullptr,
+                        const std::string& key = std::string());
 
-    // The drawing at w x h as the bytes of kind. The chart is detached afterwards; bytes is
-    // left empty unless the outcome is Done.
+    // The drawing at w x h as the bytes of kind; SVG and PDF on a page of paper when one is
+    // given. The chart is detached afterwards; bytes is left empty unless the outcome is Done.
     static Outcome Encode(SceneApplier& applier, int w, int h, CImageWnd::SurfaceKind kind, bool antialias,
-                          std::string& bytes, std::vector<SceneError>& errors);
+                          std::string& bytes, std::vector<SceneError>& errors, const PaperSize* paper = nullptr);
 
 private:
-    // Cairo writes text as glyph outlines; a <title> gives the document the chart's title as
-    // text that viewers, search and screen readers can use.
+    // A <title> gives the document the chart's title for browsers' tabs and screen readers.
     static void AddSvgTitle(std::string& svg);
 };

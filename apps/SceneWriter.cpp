@@ -31,6 +31,54 @@ void PutColor(ojson& obj, const char* key, const std::optional<COLORREF>& c)
     if (c) obj[key] = ColorText(*c);
 }
 
+// Zones, data sets, the extra line families and the legend, as the reader takes them.
+void PutExtras(ojson& doc, const SceneExtras& x)
+{
+    if (!x.zones.empty()) {
+        ojson& arr = doc["zones"] = ojson::array();
+        for (const SceneZone& z : x.zones) {
+            ojson o;
+            Put(o, "preset", z.preset);
+            Put(o, "name", z.name);
+            PutColor(o, "color", z.color);
+            for (int q = 0; q < SceneZone::kQuantityCount; ++q) {
+                const SceneZoneBound& b = z.bounds[q];
+                if (!b.min && !b.max) continue;
+                ojson pair = ojson::array();
+                pair.push_back(b.min ? ojson(*b.min) : ojson(nullptr));
+                pair.push_back(b.max ? ojson(*b.max) : ojson(nullptr));
+                o[SceneZone::Key(static_cast<SceneZone::Quantity>(q))] = std::move(pair);
+            }
+            arr.push_back(std::move(o));
+        }
+    }
+    if (!x.data.empty()) {
+        ojson& arr = doc["data"] = ojson::array();
+        for (const SceneData& d : x.data) {
+            ojson o;
+            o["file"] = d.file;
+            Put(o, "name", d.name);
+            Put(o, "mode", d.mode);
+            arr.push_back(std::move(o));
+        }
+    }
+    auto family = [&doc](const char* key, const SceneLineFamily& f) {
+        ojson o;
+        Put(o, "show", f.show);
+        Put(o, "interval", f.interval);
+        Put(o, "labels", f.labels);
+        PutSection(doc, key, std::move(o));
+    };
+    family("wet_bulb_lines", x.wetBulbLines);
+    family("volume_lines", x.volumeLines);
+    ojson legend;
+    Put(legend, "show", x.legend.show);
+    Put(legend, "families", x.legend.families);
+    Put(legend, "x", x.legend.x);
+    Put(legend, "y", x.legend.y);
+    PutSection(doc, "legend", std::move(legend));
+}
+
 // JSON has no infinity: the infinite ratios are written as the reader's "inf" and "-inf".
 void PutRatio(ojson& obj, const std::optional<double>& r)
 {
@@ -84,11 +132,17 @@ ojson Step(const SceneStep& st)
     PutRef(o, "b", st.b);
     Put(o, "mass_a", st.massA);
     Put(o, "mass_b", st.massB);
+    Put(o, "fraction", st.fraction);
     PutRatio(o, st.ratio);
     Put(o, "tdb", st.tdb);
+    Put(o, "tdb", st.tdbOf);
     Put(o, "rh", st.rh);
     Put(o, "d", st.d);
+    Put(o, "d", st.dOf);
     Put(o, "h", st.h);
+    Put(o, "dt0", st.dt0);
+    Put(o, "adp", st.adp);
+    Put(o, "bf", st.bf);
     Put(o, "t_steam", st.tSteam);
     if (st.type == SceneStep::Path) {
         ojson pts = ojson::array();
@@ -120,7 +174,10 @@ ojson SceneWriter::ToJson(const Scene& s)
     Put(size, "height", s.height);
     PutSection(doc, "size", std::move(size));
     Put(doc, "antialias", s.antialias);
+    if (s.lang) doc["lang"] = *s.lang == KyGraphLanguage::English ? "en" : "zh";
+    if (s.labels) doc["labels"] = *s.labels == SceneLabelRule::Chart ? "chart" : "host";
     Put(doc, "pressure", s.pressure);
+    Put(doc, "altitude", s.altitude);
     if (s.formulation) doc["formulation"] = FormulationKey(*s.formulation);
 
     ojson range = ojson::object();
@@ -205,6 +262,10 @@ ojson SceneWriter::ToJson(const Scene& s)
                 ojson& states = o["states"] = ojson::array();
                 for (const SceneState& st : p.states) states.push_back(State(st));
             }
+            ojson flow = ojson::object();
+            Put(flow, "m3h", p.flowM3h);
+            Put(flow, "kgs", p.flowKgs);
+            PutSection(o, "flow", std::move(flow));
             ojson& steps = o["steps"] = ojson::array();
             for (const SceneStep& st : p.steps) steps.push_back(Step(st));
             arr.push_back(std::move(o));
@@ -224,6 +285,7 @@ ojson SceneWriter::ToJson(const Scene& s)
             arr.push_back(std::move(o));
         }
     }
+    PutExtras(doc, s.extras);
     return doc;
 }
 
@@ -231,4 +293,27 @@ std::string SceneWriter::Write(const Scene& scene)
 {
     // Text that is not UTF-8 (possible only in a Scene built in code) is replaced, not thrown.
     return ToJson(scene).dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
+}
+
+namespace {
+
+void CarryComments(const nlohmann::ordered_json& from, nlohmann::ordered_json& to)
+{
+    if (from.is_object() && to.is_object()) {
+        if (const auto c = from.find("comment"); c != from.end() && !to.contains("comment")) to["comment"] = *c;
+        for (auto& [key, value] : to.items())
+            if (const auto f = from.find(key); f != from.end()) CarryComments(*f, value);
+    } else if (from.is_array() && to.is_array()) {
+        for (size_t i = 0; i < from.size() && i < to.size(); ++i) CarryComments(from[i], to[i]);
+    }
+}
+
+}  // namespace
+
+std::string SceneWriter::WriteKeepingComments(const Scene& scene, std::string_view original)
+{
+    nlohmann::ordered_json doc = ToJson(scene);
+    const nlohmann::ordered_json old = nlohmann::ordered_json::parse(original, nullptr, false);
+    if (!old.is_discarded()) CarryComments(old, doc);
+    return doc.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
 }

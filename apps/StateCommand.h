@@ -18,10 +18,13 @@ public:
 
 private:
     CLI::App* m_cmd;
+    std::string m_lang;  // --lang: en or zh; "" when not given
     std::array<double, StateInput::kPropCount> m_values{};
     std::array<CLI::Option*, StateInput::kPropCount> m_options{};
     double m_pressure = 0.0;
     CLI::Option* m_pressureOption = nullptr;
+    double m_altitude = 0.0;
+    CLI::Option* m_altitudeOption = nullptr;
     std::string m_formulation = "chart";
     bool m_json = false;
 };

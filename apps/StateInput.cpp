@@ -4,6 +4,9 @@
 
 #include <kygraph/KyChart.h>
 
+#include <algorithm>
+#include <iterator>
+
 namespace {
 
 struct PropInfo {
@@ -67,6 +70,12 @@ std::string StateInput::SupportedPairs()
         out += std::string(Key(s.a)) + "+" + Key(s.b);
     }
     return out;
+}
+
+bool StateInput::IsSupportedPair(Prop a, Prop b)
+{
+    return std::any_of(std::begin(kPairs), std::end(kPairs),
+                       [&](const PairSetter& s) { return (s.a == a && s.b == b) || (s.a == b && s.b == a); });
 }
 
 int StateInput::Count() const

@@ -26,6 +26,8 @@ public:
     static std::optional<Prop> FromKey(std::string_view key);
     // "tdb+rh, tdb+twb, ...": the pairs the state model can be set by.
     static std::string SupportedPairs();
+    // Whether the state model can be set by a and b (in either order).
+    static bool IsSupportedPair(Prop a, Prop b);
 
     void Set(Prop prop, double value) { m_values[prop] = value; }
     bool Has(Prop prop) const { return m_values[prop].has_value(); }

@@ -2,6 +2,7 @@
 
 #include <kygraph/StringUtils.h>
 
+#include <cmath>
 #include <cstdio>
 
 namespace {
@@ -39,8 +40,10 @@ std::string StateReport::Text(const CKyStaPnt& pnt)
                       " formulation\n";
     for (const Row& r : kRows) {
         char line[128];
+        // A dew point does not exist for dry air: "none", not a number.
+        const double v = r.get(pnt);
         std::snprintf(line, sizeof line, "  %-22s %-4s %12s %s\n", r.label, r.key,
-                      StringUtils::DblToStr(r.get(pnt), r.decimals).ToUtf8().c_str(), r.unit);
+                      std::isfinite(v) ? StringUtils::DblToStr(v, r.decimals).ToUtf8().c_str() : "none", std::isfinite(v) ? r.unit : "");
         out += line;
     }
     return out;
@@ -49,6 +52,9 @@ std::string StateReport::Text(const CKyStaPnt& pnt)
 nlohmann::ordered_json StateReport::Json(const CKyStaPnt& pnt)
 {
     nlohmann::ordered_json o = nlohmann::ordered_json::object();
-    for (const Row& r : kRows) o[r.key] = r.get(pnt);
+    for (const Row& r : kRows) {
+        const double v = r.get(pnt);
+        o[r.key] = std::isfinite(v) ? nlohmann::ordered_json(v) : nlohmann::ordered_json();
+    }
     return o;
 }

@@ -8,6 +8,16 @@
 
 #include <kygraph/KyGraphModule.h>
 
+// One command line for both programs: kygraph hands `serve` over to kygraph-serve, which
+// serves in process (chosen by the build).
+#if defined(KYGRAPH_SERVE_IN_PROCESS)
+#include "ServeRunner.h"
+static int Serve(const ServeCommand& serve, char**) { return ServeRunner::Run(serve); }
+#else
+#include "ServeLauncher.h"
+static int Serve(const ServeCommand&, char** argv) { return ServeLauncher::Exec(argv); }
+#endif
+
 int main(int argc, char** argv)
 {
     const KyVersionRecord& version = KyGraphVersion();
@@ -25,7 +35,7 @@ int main(int argc, char** argv)
         app.parse(argc, argv);
         status = render.Selected() ? render.Run()
                  : state.Selected() ? state.Run()
-                 : serve.Selected() ? serve.Run()
+                 : serve.Selected() ? Serve(serve, argv)
                                     : locate.Run();
     } catch (const CLI::ParseError& e) {
         status = CommandLine::ParseFailed(app, e);

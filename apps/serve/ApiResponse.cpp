@@ -1,5 +1,7 @@
 #include "ApiResponse.h"
 
+#include "HostMessages.h"
+
 namespace serve {
 
 void SendJson(httplib::Response& res, int status, const nlohmann::json& body)
@@ -12,7 +14,7 @@ void SendJson(httplib::Response& res, int status, const nlohmann::json& body)
 
 void SendError(httplib::Response& res, int status, const std::string& message)
 {
-    SendJson(res, status, nlohmann::json{{"error", message}});
+    SendJson(res, status, nlohmann::json{{"error", HostMessages::Localize(message)}});
 }
 
 }  // namespace serve

@@ -1,6 +1,17 @@
 #include "ChartSession.h"
 
+#include "StateCsv.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <sstream>
+
 #include "AtomicFile.h"
+#include "HostLanguage.h"
+#include "HostMessages.h"
+#include "ReportWriter.h"
 #include "SceneRenderer.h"
 #include "SceneReader.h"
 #include "SceneWriter.h"
@@ -39,8 +50,10 @@ constexpr long long kKeepPixels = 4096LL * 4096LL;
 
 nlohmann::json StateJson(const CKyStaPnt& p)
 {
-    return nlohmann::json{{"tdb", p.GetTdb()}, {"twb", p.GetTwb()}, {"tdp", p.GetTdp()}, {"rh", p.GetRH()},
-                          {"d", p.GetD()},     {"h", p.GetH()},     {"pv", p.GetPv()},   {"rho", p.GetRho()}};
+    // Relative humidity in percent, as in scenes and on the command line; no dew point is null.
+    const double tdp = p.GetTdp();
+    return nlohmann::json{{"tdb", p.GetTdb()}, {"twb", p.GetTwb()}, {"tdp", std::isfinite(tdp) ? nlohmann::json(tdp) : nlohmann::json()},
+                          {"rh", p.GetRH() * 100.0}, {"d", p.GetD()}, {"h", p.GetH()}, {"pv", p.GetPv()}, {"rho", p.GetRho()}};
 }
 
 bool TooMany(const Scene& s, std::vector<SceneError>& errors)
@@ -91,12 +104,13 @@ std::shared_mutex& SceneLock()
 nlohmann::json ErrorsJson(const std::vector<SceneError>& errors)
 {
     nlohmann::json list = nlohmann::json::array();
-    for (const SceneError& e : SceneError::Shown(errors)) list.push_back({{"pointer", e.pointer}, {"message", e.Format("scene")}});
-    return nlohmann::json{{"error", errors.empty() ? std::string("invalid scene") : errors.front().Format("scene")},
+    for (const SceneError& e : SceneError::Shown(errors))
+        list.push_back({{"pointer", e.pointer}, {"message", HostMessages::Localize(e.Format("scene"))}});
+    return nlohmann::json{{"error", HostMessages::Localize(errors.empty() ? std::string("invalid scene") : errors.front().Format("scene"))},
                           {"errors", std::move(list)}};
 }
 
-ChartSession::ChartSession() = default;
+ChartSession::ChartSession() : m_baseLang(HostLanguage::Chosen()) {}
 
 ChartSession::~ChartSession()
 {
@@ -112,10 +126,19 @@ ChartSession::~ChartSession()
 
 bool ChartSession::Open(const Scene& scene, const std::string& path, std::vector<SceneError>& errors)
 {
+    // Data files are relative to the scene's folder; their tables are read once, here, and
+    // kept under the names the scene gives them.
+    Scene opened = scene;
+    for (SceneData& d : opened.extras.data) {
+        if (d.csv || path.empty() || !std::filesystem::path(d.file).is_relative()) continue;
+        std::ifstream in(std::filesystem::path(path).parent_path() / d.file, std::ios::binary);
+        if (in) d.csv = std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+    }
     std::unique_lock<std::shared_mutex> sceneLock(SceneLock());
     std::lock_guard<std::mutex> lock(ChartMutex());
-    if (TooMany(scene, errors) || !m_applier.Apply(scene, errors)) return false;
-    m_scene = scene;
+    if (TooMany(opened, errors) || !m_applier.Apply(opened, errors)) return false;
+    m_scene = std::move(opened);
+    HostLanguage::Set(m_scene.lang ? m_scene.lang : m_baseLang);
     m_path = path;
     return true;
 }
@@ -151,8 +174,13 @@ bool ChartSession::PixelState(int x, int y, int w, int h, CKyStaPnt& pnt, std::s
 
 bool ChartSession::Adopt(Scene candidate, std::vector<SceneError>& errors)
 {
+    // Imported tables live only here; a scene sent back by the page names them by file.
+    for (SceneData& d : candidate.extras.data)
+        for (const SceneData& old : m_scene.extras.data)
+            if (!d.csv && old.csv && old.file == d.file) d.csv = old.csv;
     if (TooMany(candidate, errors) || !m_applier.Apply(candidate, errors)) return false;
     m_scene = std::move(candidate);
+    HostLanguage::Set(m_scene.lang ? m_scene.lang : m_baseLang);
     return true;
 }
 
@@ -161,6 +189,7 @@ bool ChartSession::RedrawRaster(int w, int h)
     RECT rc{};
     if (m_raster) m_raster->GetClientRect(&rc);
     if (!m_raster || rc.right != w || rc.bottom != h) {
+        m_background.Forget();
         m_raster.reset();
         m_raster = std::make_unique<CImageWnd>(w, h);
     }
@@ -169,13 +198,11 @@ bool ChartSession::RedrawRaster(int w, int h)
     m_raster->SetAntialias(m_scene.antialias.value_or(true));
     // The scene was applied once when opened, so overlays the model refused never reach here.
     std::vector<SceneError> ignored;
-    SceneRenderer::Draw(m_applier, *m_raster, *m_raster, ignored);
-    m_lastW = w;
-    m_lastH = h;
+    SceneRenderer::Draw(m_applier, *m_raster, *m_raster, ignored, &m_background, BackgroundLayer::KeyOf(m_scene, w, h));
     return true;
 }
 
-std::string ChartSession::Render(int w, int h, ImageKind kind)
+std::string ChartSession::Render(int w, int h, ImageKind kind, const PaperSize* paper)
 {
     std::shared_lock<std::shared_mutex> scene(SceneLock());
     std::lock_guard<std::mutex> lock(ChartMutex());
@@ -183,14 +210,33 @@ std::string ChartSession::Render(int w, int h, ImageKind kind)
     if (kind == ImageKind::Png) {
         if (RedrawRaster(w, h)) bytes = m_raster->Encode();
         CKyGChart::GetKyGChart()->AttachDarwWnd(nullptr);
-        if (static_cast<long long>(w) * h > kKeepPixels) m_raster.reset();
+        if (static_cast<long long>(w) * h > kKeepPixels) {
+            m_background.Forget();
+            m_raster.reset();
+        }
     } else {
         ApplyScene();
         std::vector<SceneError> ignored;
         SceneRenderer::Encode(m_applier, w, h, kind == ImageKind::Svg ? CImageWnd::Svg : CImageWnd::Pdf,
-                              m_scene.antialias.value_or(true), bytes, ignored);
+                              m_scene.antialias.value_or(true), bytes, ignored, paper);
     }
     return bytes;
+}
+
+std::string ChartSession::Report(int w, int h, bool english)
+{
+    ReportWriter::Content content;
+    content.chartPng = Render(2 * w, 2 * h, ImageKind::Png);
+    std::shared_lock<std::shared_mutex> scene(SceneLock());
+    content.states = m_applier.NamedStates();
+    content.steps = m_applier.Steps();
+    content.pressure = CKyChart::InstanceGloble()->GetGlobleB();
+    const size_t slash = m_path.find_last_of('/');
+    content.title = m_path.substr(slash == std::string::npos ? 0 : slash + 1);
+    std::string pdf, error;
+    if (content.chartPng.empty() || !ReportWriter::Write(content, english ? ReportWriter::English : ReportWriter::Chinese, pdf, error))
+        return {};
+    return pdf;
 }
 
 nlohmann::json ChartSession::StateAt(int x, int y, int w, int h)
@@ -211,6 +257,7 @@ nlohmann::json ChartSession::Geometry(int w, int h)
     std::lock_guard<std::mutex> lock(ChartMutex());
     CKyGChart* chart = CKyGChart::GetKyGChart();
     nlohmann::json j;
+    m_background.Forget();  // the design points below are those of a whole redraw
     if (!RedrawRaster(w, h)) return j;
     const CPoint topLeft = chart->GetChartOrigin();
     const CPoint bottomLeft = chart->GetMinTAndMinDPnt();
@@ -226,8 +273,22 @@ nlohmann::json ChartSession::Geometry(int w, int h)
     };
     j["indoor"] = place(chart->GetStaPntN());
     j["outdoor"] = place(chart->GetStaPntW());
+    j["states"] = nlohmann::json::array();
+    for (const CKyStaPnt& p : m_applier.NamedStates()) j["states"].push_back(place(p));
+    j["steps"] = nlohmann::json::array();
+    for (const ProcessLoads::Step& st : m_applier.Steps()) {
+        nlohmann::json a = place(st.from), b = place(st.end);
+        j["steps"].push_back({{"process", st.process}, {"name", st.name}, {"kind", SceneStep::TypeName(st.type)},
+                              {"from", a.is_null() ? a : a["pixel"]}, {"to", b.is_null() ? b : b["pixel"]},
+                              {"fromName", st.from.GetName().ToUtf8()}, {"toName", st.end.GetName().ToUtf8()},
+                              {"flow", st.massFlow ? nlohmann::json(*st.massFlow) : nlohmann::json()},
+                              {"loads", ProcessLoads::Json(ProcessLoads::Of(st))}});
+    }
     chart->AttachDarwWnd(nullptr);
-    if (static_cast<long long>(w) * h > kKeepPixels) m_raster.reset();
+    if (static_cast<long long>(w) * h > kKeepPixels) {
+        m_background.Forget();
+        m_raster.reset();
+    }
     return j;
 }
 
@@ -295,24 +356,68 @@ bool ChartSession::AddPointAt(int x, int y, int w, int h, const std::string& nam
     return false;
 }
 
+bool ChartSession::ImportData(const std::string& name, std::string csv, std::string& note, std::string& error)
+{
+    // The name becomes a file beside the scene when it is saved: a plain file name only.
+    const std::filesystem::path plain = std::filesystem::path(name).filename();
+    if (name.empty() || plain.string() != name || name == "." || name == "..") {
+        error = "name: \"" + name + "\" is not a plain file name";
+        return false;
+    }
+    StateCsv::Table table;
+    std::istringstream in(csv);
+    if (!StateCsv::Parse(in, table, error)) {
+        error = name + ": " + error;
+        return false;
+    }
+    note = StateCsv::RejectedSummary(table);
+    if (!note.empty()) note = name + ": " + note;
+    std::unique_lock<std::shared_mutex> scene(SceneLock());
+    std::lock_guard<std::mutex> lock(ChartMutex());
+    Scene candidate = m_scene;
+    auto& data = candidate.extras.data;
+    data.erase(std::remove_if(data.begin(), data.end(), [&](const SceneData& d) { return d.file == name; }), data.end());
+    data.push_back(SceneData{name, name, std::nullopt, std::move(csv)});
+    std::vector<SceneError> errors;
+    if (Adopt(std::move(candidate), errors)) return true;
+    error = errors.empty() ? "the data cannot be added" : errors.front().Format("scene");
+    return false;
+}
+
 bool ChartSession::Save(std::string& error)
 {
     std::string text;
     std::string path;
     {
         std::shared_lock<std::shared_mutex> scene(SceneLock());
-        std::lock_guard<std::mutex> lock(ChartMutex());  // m_lastW and m_lastH belong to the drawing
         if (m_path.empty()) {
             error = "the viewer was started without a scene file; export the scene instead";
             return false;
         }
-        Scene s = m_scene;
-        if (m_lastW > 0 && m_lastH > 0) {
-            s.width = m_lastW;
-            s.height = m_lastH;
-        }
-        text = SceneWriter::Write(s);
+        // The scene's size is its print size: the browser's window does not replace it.
         path = m_path;
+        // The file's own comments stay where their objects are.
+        std::string original;
+        std::error_code ec;
+        if (std::filesystem::is_regular_file(path, ec)) {
+            std::ifstream was(path, std::ios::binary);
+            original.assign(std::istreambuf_iterator<char>(was), std::istreambuf_iterator<char>());
+        }
+        text = SceneWriter::WriteKeepingComments(m_scene, original);
+        // Tables imported in the page are written beside the scene under their names, so the
+        // saved scene opens with them; a different file of that name is never replaced.
+        for (const SceneData& d : m_scene.extras.data) {
+            if (!d.csv || !std::filesystem::path(d.file).is_relative()) continue;
+            const std::filesystem::path file = std::filesystem::path(path).parent_path() / d.file;
+            std::ifstream in(file, std::ios::binary);
+            if (in) {
+                const std::string there((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+                if (there == *d.csv) continue;
+                error = file.string() + ": another file of that name is there; import the table under another name";
+                return false;
+            }
+            if (!AtomicFile::Write(file.string(), *d.csv, error)) return false;
+        }
     }
     return AtomicFile::Write(path, text, error);
 }

@@ -12,12 +12,14 @@
 // What the browser shows, what the mouse maps to and what is exported therefore agree.
 #pragma once
 
+#include "BackgroundLayer.h"
 #include "Scene.h"
 #include "SceneApplier.h"
 
 #include <nlohmann/json.hpp>
 
 #include <memory>
+#include <optional>
 #include <mutex>
 #include <shared_mutex>
 #include <string>
@@ -26,6 +28,7 @@
 
 class CImageWnd;
 class CKyStaPnt;
+class PaperSize;
 
 namespace serve {
 
@@ -53,7 +56,7 @@ public:
 
     // The chart drawn at w x h pixels as PNG, SVG or PDF bytes; empty when it could not be
     // drawn or encoded.
-    std::string Render(int w, int h, ImageKind kind);
+    std::string Render(int w, int h, ImageKind kind, const PaperSize* paper = nullptr);
 
     // The state under pixel (x, y) of the chart drawn at w x h: {"inside": true, "tdb", "twb",
     // "tdp", "rh" (fraction), "d", "h", "pv", "rho"} or {"inside": false, "message": the
@@ -61,8 +64,14 @@ public:
     nlohmann::json StateAt(int x, int y, int w, int h);
 
     // Where things lie on the chart drawn at w x h: the plot area's corners and the pixels and
-    // states of the two design points of that drawing (null when one cannot be placed).
+    // states of the two design points of that drawing (null when one cannot be placed);
+    // "states": every named state, "steps": each builder step with its pixels "from" and "to",
+    // its "name", "kind" and its loads (ProcessLoads::Json).
     nlohmann::json Geometry(int w, int h);
+
+    // The design report (ReportWriter) of the scene, its chart drawn at w x h; empty when it
+    // could not be made.
+    std::string Report(int w, int h, bool english);
 
     // The settings the chart draws with under the scene, defaults included, in the scene
     // file's shape: "display", "intervals", "range", "pressure", "winter", "design".
@@ -79,8 +88,12 @@ public:
     // Adds a state point named name ("P1", "P2", ... when empty) at pixel (x, y) of the chart
     // drawn at w x h. false with a message (the chart's, for a pixel outside it).
     bool AddPointAt(int x, int y, int w, int h, const std::string& name, std::string& error);
+    // A CSV table of states sent by the page, drawn as a data set named name (a later import
+    // of the same name replaces it). false with one line when the table is unusable; note
+    // tells the rows that are not states, empty when there are none.
+    bool ImportData(const std::string& name, std::string csv, std::string& note, std::string& error);
 
-    // Writes the scene to Path() atomically, sized as last drawn. false with a reason; the
+    // Writes the scene to Path() atomically, with the scene's own size. false with a reason; the
     // file is then as it was.
     bool Save(std::string& error);
 
@@ -99,9 +112,9 @@ private:
     SceneApplier m_applier;
     Scene m_scene;
     std::string m_path;
-    int m_lastW = 0;  // size of the last drawing, for "save"
-    int m_lastH = 0;
+    std::optional<KyGraphLanguage> m_baseLang;  // the host's language, for a scene that names none
     std::unique_ptr<CImageWnd> m_raster;  // reused while the browser's size stays the same
+    BackgroundLayer m_background;         // the chart of m_raster without its overlays
 };
 
 // The lock around every use of the chart singleton, shared by all sessions of the process.

@@ -1,5 +1,6 @@
 // ServeCommand: `kygraph serve [SCENE.json] [--port 8080] [--host 127.0.0.1 [--allow-remote]]`, the local web
-// viewer: serves the page and its API until interrupted (SIGINT or SIGTERM).
+// viewer: serves the page and its API until interrupted (SIGINT or SIGTERM). This class holds
+// the options; ServeRunner serves.
 #pragma once
 
 #include <CLI/CLI.hpp>
@@ -12,13 +13,16 @@ public:
     explicit ServeCommand(CLI::App& app);
 
     bool Selected() const { return m_cmd->parsed(); }
-    // Serves until SIGINT or SIGTERM. The exit status: 0 after a clean stop, 2 for a scene
-    // that cannot be read or applied, 1 when the address cannot be bound. Prints the address
-    // it serves as "KyGraph viewer: http://HOST:PORT/" on standard output.
-    int Run();
+    // The options as parsed; ServeRunner serves with them.
+    const std::string& ScenePath() const { return m_scene; }
+    const std::string& Host() const { return m_host; }
+    int Port() const { return m_port; }
+    bool AllowRemote() const { return m_allowRemote; }
+    const std::string& Lang() const { return m_lang; }  // "" when --lang is not given
 
 private:
     CLI::App* m_cmd;
+    std::string m_lang;  // --lang: en or zh; "" when not given
     std::string m_scene;              // opened at start, written back by "save"; may be new
     std::string m_host = "127.0.0.1";  // address to listen on
     int m_port = 8080;                 // 0 picks a free port

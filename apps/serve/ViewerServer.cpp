@@ -3,6 +3,8 @@
 #include "ApiParams.h"
 #include "ApiResponse.h"
 #include "ChartSession.h"
+#include "HostLanguage.h"
+#include "PaperSize.h"
 #include "SocketStream.h"
 #include "WebAssets.h"
 
@@ -357,19 +359,30 @@ void ViewerServer::Route()
         res.set_content(asset->body.data(), asset->body.size(), std::string(asset->contentType).c_str());
     });
 
-    // The chart as an image: w, h, format png (default), svg or pdf; download=1 names a file.
+    // The chart as an image: w, h, format png (default), svg or pdf; download=1 names a file;
+    // paper=A4|A3|A2 (landscape=1) makes an SVG or PDF a page of that paper.
     m_server.Get("/api/chart", [this](const httplib::Request& req, httplib::Response& res) {
-        QueryParams q(req.params, {"w", "h", "format", "download"});
+        QueryParams q(req.params, {"w", "h", "format", "download", "paper", "landscape"});
         int w = 0, h = 0;
         q.ImageSize(w, h);
         const std::string format = q.Choice("format", {"png", "svg", "pdf"}, "png");
         const bool download = q.Flag("download");
+        const bool landscape = q.Flag("landscape");
         if (!q.Ok()) return SendError(res, 400, q.Error());
-        if (!WithinPixelBudget(w, h, res)) return;
+        PaperSize paper;
+        const bool onPaper = q.Has("paper");
+        if (onPaper) {
+            std::string error;
+            if (!PaperSize::Find(req.get_param_value("paper"), landscape, paper, error))
+                return SendError(res, 400, "paper: " + error);
+            if (format == "png") return SendError(res, 400, "paper: applies to svg and pdf");
+            w = paper.ChartWidth(), h = paper.ChartHeight();
+        }
+        if (!onPaper && !WithinPixelBudget(w, h, res)) return;  // a paper is a fixed, vector size
         const ImageFormat* f = &kFormats[0];
         for (const ImageFormat& c : kFormats)
             if (format == c.name) f = &c;
-        std::string bytes = m_session.Render(w, h, f->kind);
+        std::string bytes = m_session.Render(w, h, f->kind, onPaper ? &paper : nullptr);
         if (bytes.empty()) return SendError(res, 500, "the chart could not be drawn at this size");
         res.set_header("Cache-Control", "no-store");
         if (download)
@@ -397,6 +410,24 @@ void ViewerServer::Route()
         Json j = m_session.Geometry(w, h);
         if (j.is_null()) return SendError(res, 500, "the chart could not be drawn at this size");
         SendJson(res, 200, j);
+    });
+
+    // The design report as PDF: the chart at w x h, the named states and the steps' loads.
+    m_server.Get("/api/report", [this](const httplib::Request& req, httplib::Response& res) {
+        QueryParams q(req.params, {"w", "h", "lang"});
+        int w = 0, h = 0;
+        q.ImageSize(w, h);
+        // Without lang, the report speaks the chart's language.
+        const std::string lang = req.has_param("lang") ? req.get_param_value("lang")
+                                 : HostLanguage::Chosen() == KyGraphLanguage::English ? "en" : "zh";
+        if (!q.Ok()) return SendError(res, 400, q.Error());
+        if (lang != "zh" && lang != "en") return SendError(res, 400, "lang: \"" + lang + "\" is not one of zh, en");
+        if (!WithinPixelBudget(2 * w, 2 * h, res)) return;
+        const std::string pdf = m_session.Report(w, h, lang == "en");
+        if (pdf.empty()) return SendError(res, 500, "the report could not be made");
+        res.set_header("Cache-Control", "no-store");
+        res.set_header("Content-Disposition", "attachment; filename=\"kygraph-report.pdf\"");
+        res.set_content(pdf, "application/pdf");
     });
 
     // The scene as a scene file; with w and h, sized as the browser shows it.
@@ -441,6 +472,22 @@ void ViewerServer::Route()
         SendSceneJson(res);
     });
 
+    // A CSV table of states to draw as a data set: {name, csv}, the file's name and its text.
+    m_server.Post("/api/data", [this](const httplib::Request&, httplib::Response& res,
+                                      const httplib::ContentReader& reader) {
+        std::string body;
+        if (!ReadBody(reader, res, body)) return;
+        JsonBody b(body, {"name", "csv"});
+        std::string name = b.String("name", kMaxNameBytes);
+        std::string csv = b.String("csv", kMaxBodyBytes);
+        if (!b.Ok()) return SendError(res, 400, b.Error());
+        if (name.empty()) name = "data.csv";
+        std::string note, error;
+        if (!m_session.ImportData(name, std::move(csv), note, error)) return SendError(res, 400, error);
+        const Json scene = Json::parse(m_session.SceneJson().dump(-1, ' ', false, Json::error_handler_t::replace));
+        SendJson(res, 200, Json{{"scene", scene}, {"note", note}});
+    });
+
     // Writes the scene back to the file the viewer was started with.
     m_server.Post("/api/save", [this](const httplib::Request&, httplib::Response& res,
                                       const httplib::ContentReader& reader) {
@@ -465,7 +512,8 @@ void ViewerServer::Route()
         QueryParams q(req.params, {});
         if (!q.Ok()) return SendError(res, 400, q.Error());
         const std::string path = m_session.Path();
-        SendJson(res, 200, Json{{"file", path.empty() ? Json(nullptr) : Json(path)}, {"maxSide", kMaxImageSide}});
+        SendJson(res, 200, Json{{"file", path.empty() ? Json(nullptr) : Json(path)}, {"maxSide", kMaxImageSide},
+                                {"lang", HostLanguage::Code(HostLanguage::Messages())}});
     });
 }
 

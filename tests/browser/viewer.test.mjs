@@ -198,6 +198,34 @@ test("switching the isotherms off and on changes the image and back", async () =
   await page.close();
 });
 
+test("the language switch turns the chart and the panel Chinese and back", async () => {
+  const page = await openViewer();
+  const select = page.locator("#language");
+  const heading = page.locator("#panel h2", { hasText: /^(State points|状态点)$/ });
+  // A scene without a language draws the chart in Chinese: English is chosen first.
+  let serial = await sceneSerial(page);
+  await select.selectOption("en");
+  await waitForEditDrawn(page, serial);
+  assert.equal(await heading.textContent(), "State points");
+  await snapshot(page, "en");
+  serial = await sceneSerial(page);
+  await select.selectOption("zh");
+  await waitForEditDrawn(page, serial);
+  assert.equal(await heading.textContent(), "状态点");
+  await snapshot(page, "zh");
+  assert.ok(await differing(page, "en", "zh") > 200, "the chart's texts did not change");
+  assert.equal((await (await page.request.get(`${BASE}api/scene`)).json()).lang, "zh");
+  serial = await sceneSerial(page);
+  await select.selectOption("en");
+  await waitForEditDrawn(page, serial);
+  assert.equal(await heading.textContent(), "State points");
+  // The scene as it was: no language of its own.
+  const scene = await (await page.request.get(`${BASE}api/scene`)).json();
+  delete scene.lang;
+  assert.equal((await page.request.put(`${BASE}api/scene`, { data: scene })).status(), 200);
+  await page.close();
+});
+
 test("resizing the window redraws the chart at the new size", async () => {
   const page = await openViewer();
   const first = await drawnSize(page);
@@ -220,5 +248,110 @@ test("the SVG export downloads an SVG document of the chart", async () => {
   assert.match(text, /<svg[^>]*viewBox/);
   const { w, h } = await drawnSize(page);
   assert.match(text, new RegExp(`viewBox="0 0 ${w} ${h}"`));
+  await page.close();
+});
+
+test("the PDF export can be a page of paper", async () => {
+  const page = await openViewer();
+  await page.locator("#export-paper").selectOption("A3");
+  await page.locator("#export-landscape").check();
+  const [download] = await Promise.all([page.waitForEvent("download", { timeout: WAIT_MS }),
+                                        page.locator("#export-pdf").click()]);
+  const pdf = readFileSync(await download.path(), "latin1");
+  assert.match(pdf, /^%PDF-/);
+  assert.match(pdf, /\/MediaBox \[ 0 0 1190\.55\d* 841\.88\d* \]/);
+  await page.close();
+});
+
+test("a builder step, undo and redo, the loads tooltip and the report export", async () => {
+  const page = await openViewer();
+  const original = await (await page.request.get(`${BASE}api/scene`)).json();
+  const start = { ...original, points: [{ name: "W", tdb: 35, twb: 28 }, { name: "N", tdb: 26, rh: 55 }] };
+  delete start.processes;
+  assert.equal((await page.request.put(`${BASE}api/scene`, { data: start })).status(), 200);
+  await page.reload();
+  await page.waitForFunction(() => Number(document.body.dataset.redraws || 0) >= 1, null, { timeout: WAIT_MS });
+
+  // A mixing by fresh-air fraction, then heating to 40 °C, both with the builder.
+  const addStep = async (kind, fields, result) => {
+    const serial = await sceneSerial(page);
+    await page.selectOption("#builder-kind", kind);
+    for (const [key, value] of Object.entries(fields)) {
+      const f = page.locator(`#builder-fields [name="${key}"]`);
+      if ((await f.evaluate((e) => e.tagName)) === "SELECT") await f.selectOption(value);
+      else await f.fill(String(value));
+    }
+    await page.fill("#builder-result", result);
+    await page.click("#builder-add");
+    await waitForEditDrawn(page, serial);
+  };
+  await page.fill("#builder-flow", "10000");
+  await addStep("mixing", { a: "W", b: "N", fraction: 0.3 }, "C");
+  await page.selectOption("#builder-process", "0");
+  await addStep("sensible", { from: "C", tdb: 40 }, "H");
+  await page.waitForFunction(() => document.body.dataset.geometry === document.body.dataset.redraws, null, { timeout: WAIT_MS });
+  assert.match(await page.locator("#builder-states").textContent(), /H\s*40\.0/);
+
+  // A bad input is refused with its place and leaves the scene as it was.
+  let res = await page.request.put(`${BASE}api/scene`, { data: { ...start, processes: [{ steps: [
+    { type: "mixing", a: "W", b: "N", fraction: 1.5 }] }] } });
+  assert.equal(res.status(), 400);
+  assert.match((await res.json()).error, /fraction: 1\.5 is out of range 0\.\.1/);
+
+  // The heating segment's loads in a tooltip.
+  const g = await geometry(page);
+  const heat = g.steps.find((s) => s.kind === "sensible");
+  assert.ok(heat.loads.total > 0);
+  await moveToPixel(page, Math.round((heat.from.x + heat.to.x) / 2), Math.round((heat.from.y + heat.to.y) / 2));
+  await page.locator("#loads-tip:not([hidden])").waitFor({ timeout: WAIT_MS });
+  assert.match(await page.locator("#loads-tip").textContent(), new RegExp(`total ${heat.loads.total.toFixed(2)} kW`));
+
+  // Editing the fraction moves the chain; Ctrl+Z takes the edit back, Ctrl+Y makes it again.
+  let serial = await sceneSerial(page);
+  await page.locator('#builder-steps input[name="fraction"]').fill("0.5");
+  await page.locator('#builder-steps input[name="fraction"]').dispatchEvent("change");
+  await waitForEditDrawn(page, serial);
+  const fractionOf = async () => (await (await page.request.get(`${BASE}api/scene`)).json()).processes[0].steps[0].fraction;
+  assert.equal(await fractionOf(), 0.5);
+  serial = await sceneSerial(page);
+  await page.locator("#chart").click({ position: { x: 1, y: 1 }, trial: true });
+  await page.keyboard.press("Control+z");
+  await waitForEditDrawn(page, serial);
+  assert.equal(await fractionOf(), 0.3);
+  serial = await sceneSerial(page);
+  await page.keyboard.press("Control+y");
+  await waitForEditDrawn(page, serial);
+  assert.equal(await fractionOf(), 0.5);
+
+  // The report: a PDF download.
+  const [download] = await Promise.all([page.waitForEvent("download", { timeout: WAIT_MS }),
+                                        page.locator("#export-report").click()]);
+  assert.match(download.suggestedFilename(), /\.pdf$/);
+  assert.equal(readFileSync(await download.path()).subarray(0, 5).toString(), "%PDF-");
+
+  assert.equal((await page.request.put(`${BASE}api/scene`, { data: original })).status(), 200);
+  await page.close();
+});
+
+test("at 1280 x 720 Export and Save are in sight without scrolling", async () => {
+  const page = await openViewer();
+  await page.setViewportSize({ width: 1280, height: 720 });
+  for (const id of ["#save", "#export-png", "#export-report"]) {
+    const box = await page.locator(id).boundingBox();
+    assert.ok(box && box.y + box.height <= 720, `${id} at ${box && box.y}`);
+  }
+  await page.close();
+});
+
+test("an altitude in place of the pressure gives the standard atmosphere's", async () => {
+  const page = await openViewer();
+  const original = await (await page.request.get(`${BASE}api/scene`)).json();
+  const serial = await sceneSerial(page);
+  await page.fill("#altitude", "2000");
+  await page.locator("#altitude").dispatchEvent("change");
+  await waitForEditDrawn(page, serial);
+  const settings = await (await page.request.get(`${BASE}api/settings`)).json();
+  assert.ok(Math.abs(settings.pressure - 79495.1) < 0.5, `pressure ${settings.pressure}`);
+  assert.equal((await page.request.put(`${BASE}api/scene`, { data: original })).status(), 200);
   await page.close();
 });

@@ -4,6 +4,8 @@
 
 #include "support/ImageCompare.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
@@ -19,10 +21,13 @@ namespace clitest {
 inline const std::string kBinary = std::string(KY_BINARY_DIR) + "/bin/kygraph";
 inline const std::string kExamples = std::string(KY_SOURCE_DIR) + "/examples/scenes";
 
-// A folder of its own under the build tree for one test, emptied first.
+// A folder of its own under the build tree for one test, emptied first. Under the running
+// test's own name, since ctest runs tests that share a helper (and its name) in parallel.
 inline std::filesystem::path ScratchDir(const std::string& name)
 {
-    const std::filesystem::path dir = std::filesystem::path(KY_BINARY_DIR) / "cli-test" / name;
+    const ::testing::TestInfo* test = ::testing::UnitTest::GetInstance()->current_test_info();
+    const std::string owner = test ? std::string(test->test_suite_name()) + "." + test->name() : "no-test";
+    const std::filesystem::path dir = std::filesystem::path(KY_BINARY_DIR) / "cli-test" / owner / name;
     std::filesystem::remove_all(dir);
     std::filesystem::create_directories(dir);
     return dir;

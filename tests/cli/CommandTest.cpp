@@ -3,6 +3,7 @@
 // reviewed images, SVG and PDF as documents). The example scenes' reviewed images live in
 // tests/golden-cli; KY_UPDATE_GOLDEN=1 rewrites them (look at them before committing).
 #include "CliTestSupport.h"
+#include "HostLanguage.h"
 
 #include "Scene.h"
 #include "SceneApplier.h"
@@ -43,6 +44,9 @@ TEST(CommandLine, EachBadInputGivesOneLineAndItsStatus)
     clitest::WriteText(dir / "bad.json", R"({"points": [{"name": "B", "tdb": 25, "rh": 160}]})");
     clitest::WriteText(dir / "refused.json", R"({"points": [{"tdb": 25, "twb": 20}, {"tdb": 25, "tdp": 30}]})");
     clitest::WriteText(dir / "outside.json", R"({"points": [{"name": "P", "tdb": 80, "rh": 5}]})");
+    clitest::WriteText(dir / "french.json", R"({"lang": "fr"})");
+    clitest::WriteText(dir / "coil.json", R"({"processes": [{"steps": [
+        {"type": "cooling_dehumidify", "from": {"tdb": 26, "rh": 55}, "adp": 20, "bf": 0.1}]}]})");
     CKyStaPnt refused;
     refused.SetBy_TdbandTdp(25, 30);
     const struct {
@@ -58,6 +62,8 @@ TEST(CommandLine, EachBadInputGivesOneLineAndItsStatus)
         {{"render", "--size", "9000x800"}, 2, "--size: expected WxH with sides 1..8192, got \"9000x800\""},
         {{"render", "-o", "chart.gif"}, 2, "--output: cannot tell the format of \"chart.gif\"; use .png, .svg or .pdf"},
         {{"render", "--antialias", "maybe"}, 2, "--antialias: maybe not in {on,off}"},
+        {{"render", "-o", "x.pdf", "--paper", "A5"}, 2, "--paper: unknown paper \"A5\"; use A4, A3 or A2"},
+        {{"render", "-o", "x.png", "--paper", "A4"}, 2, "--paper: applies to .svg and .pdf output, without --size"},
         {{"render", "missing.json"}, 2, "missing.json: cannot open the file: No such file or directory"},
         {{"render", "bad.json"}, 2, "bad.json:/points/0/rh: 160 is out of range 0..100"},
         {{"render", "refused.json"}, 2, "refused.json:/points/1: " + refused.GetLastErrorString().ToUtf8()},
@@ -77,7 +83,19 @@ TEST(CommandLine, EachBadInputGivesOneLineAndItsStatus)
          "the pair d+pv is not supported; use one of tdb+rh, tdb+twb, tdb+tdp, tdb+pv, d+tdb, h+tdb, h+d, d+rh, h+rh"},
         {{"state", "--tdb", "25", "--rh", "60", "--pressure", "20000"}, 2, "--pressure: 20000 is out of range 50000..110000"},
         {{"state", "--tdb", "25", "--rh", "60", "--formulation", "iso"}, 2, "--formulation: iso not in {chart,ashrae,realgas}"},
+        {{"state", "--tdb", "25", "--rh", "60", "--altitude", "-600"}, 2, "--altitude: -600 is out of range -500..11000 m"},
+        {{"state", "--tdb", "25", "--rh", "60", "--altitude", "6000"}, 2,
+         "--altitude: 6000 m gives 47181 Pa, below the lowest pressure the model takes (50000 Pa)"},
+        {{"render", "--altitude", "12000"}, 2, "--altitude: out of range -500..11000 m"},
+        {{"render", "coil.json", "--report", "r.pdf"}, 2,
+         "coil.json:/processes/0/steps/0/adp: the apparatus dew point 20 °C is not below the entering dew point 16.27 °C: the "
+         "coil would not dehumidify"},
         {{"locate", "20", "20"}, 1, "pixel (20, 20): 指定点不在焓湿图的有效范围之内。"},
+        {{"locate", "20", "20", "--lang", "en"}, 1, "pixel (20, 20): The point is outside the valid range of the chart."},
+        {{"render", "--lang", "fr", "-o", "x.png"}, 2, "--lang: no texts in the language \"fr\"; use en or zh"},
+        {{"render", "french.json", "-o", "x.png"}, 2, "french.json:/lang: \"fr\" is not one of zh, en"},
+        {{"render", "--size", "0x800", "--lang", "zh"}, 2, "--size: 应为 宽x高，边长 1..8192，得到 \"0x800\""},
+        {{"locate", "1000", "5", "--lang", "zh"}, 2, "像素 (1000, 5) 位于客户区之外：1000x800"},
         {{"locate", "1000", "5"}, 2, "pixel (1000, 5) lies outside the 1000x800 client area"},
         {{"locate", "--size", "200x100", "-1", "5"}, 2, "pixel (-1, 5) lies outside the 200x100 client area"},
         {{"locate", "5"}, 2, "y is required"},
@@ -94,7 +112,12 @@ TEST(CommandLine, EachBadInputGivesOneLineAndItsStatus)
     std::vector<std::string> left;
     for (const auto& e : std::filesystem::directory_iterator(dir)) left.push_back(e.path().filename().string());
     std::sort(left.begin(), left.end());
-    EXPECT_EQ(left, (std::vector<std::string>{"bad.json", "outside.json", "refused.json"}));
+    EXPECT_EQ(left, (std::vector<std::string>{"bad.json", "coil.json", "french.json", "outside.json", "refused.json"}));
+    // A relative humidity of 0..1 in a scene is read as percent, and said so.
+    clitest::WriteText(dir / "fraction.json", R"({"points": [{"name": "F", "tdb": 25, "rh": 0.55}]})");
+    const clitest::Run r = RunKygraph({"locate", "300", "300", "--scene", "fraction.json"}, dir);
+    EXPECT_EQ(r.status, 0);
+    EXPECT_EQ(r.err, "kygraph: fraction.json:/points/0/rh: 0.55 is read as 0.55 %; relative humidity is in percent (55 for 55 %)\n");
 }
 
 TEST(CommandLine, HelpOfEachCommandShowsAnExampleAndVersionNamesTheLibrary)
@@ -120,6 +143,8 @@ TEST(StateCommand, AgreesWithHandCheckedValues)
     s = StateJson({"state", "--tdb", "20", "--d", "10", "--formulation", "ashrae", "--json"});
     EXPECT_NEAR(s["h"].get<double>(), 45.502, 1e-9);
     // d = 622 pv / (B - pv) at the pressure given.
+    s = StateJson({"state", "--tdb", "20", "--pv", "1000", "--altitude", "2000", "--json"});
+    EXPECT_NEAR(s["d"].get<double>(), 622.0 * 1000 / (79495.124 - 1000), 1e-6);  // the standard atmosphere at 2 000 m
     s = StateJson({"state", "--tdb", "20", "--pv", "1000", "--pressure", "84000", "--json"});
     EXPECT_NEAR(s["d"].get<double>(), 622.0 * 1000 / 83000, 1e-9);
     // 25 °C, 60 %: pws(25 °C) = 3169.9 Pa (ASHRAE 2017 table 3), pv = 1901.9 Pa, d = 11.898 g/kg,
@@ -137,6 +162,31 @@ TEST(StateCommand, AgreesWithHandCheckedValues)
     std::vector<std::string> keys;
     for (const auto& [k, v] : s.items()) keys.push_back(k);
     EXPECT_EQ(keys, (std::vector<std::string>{"tdb", "twb", "tdp", "rh", "d", "h", "pv", "ps", "v", "rho"}));
+}
+
+TEST(StateCommand, RelativeHumidityIsPercentAndAMissingDewPointIsNone)
+{
+    const std::filesystem::path dir = clitest::ScratchDir("state-units");
+    clitest::Run r = RunKygraph({"state", "--tdb", "20", "--rh", "0.55", "--json"}, dir);
+    EXPECT_EQ(r.status, 0);
+    EXPECT_EQ(r.err, "kygraph: note: --rh 0.55 is read as 0.55 %; relative humidity is in percent (--rh 55 for 55 %)\n");
+    EXPECT_NEAR(nlohmann::json::parse(r.out)["rh"].get<double>(), 0.55, 1e-9);
+    r = RunKygraph({"state", "--tdb", "20", "--d", "0", "--json"}, dir);
+    EXPECT_TRUE(nlohmann::json::parse(r.out)["tdp"].is_null()) << r.out;
+    r = RunKygraph({"state", "--tdb", "20", "--d", "0"}, dir);
+    EXPECT_NE(r.out.find("tdp          none"), std::string::npos) << r.out;
+    EXPECT_EQ(r.out.find("nan"), std::string::npos) << r.out;
+}
+
+TEST(RenderCommand, ReportIsAPdfOfTheChartAndItsTables)
+{
+    const std::filesystem::path dir = clitest::ScratchDir("report");
+    const clitest::Run r = RunKygraph({"render", clitest::kExamples + "/summer-ahu.json", "--report", "r.pdf"}, dir);
+    ASSERT_EQ(r.status, 0) << r.err;
+    const std::string pdf = clitest::ReadText(dir / "r.pdf");
+    EXPECT_EQ(pdf.rfind("%PDF-", 0), 0u);
+    EXPECT_GT(pdf.size(), 20000u);  // the chart image and the tables' fonts
+    EXPECT_FALSE(std::filesystem::exists(dir / "chart.png"));  // only the report without -o
 }
 
 TEST(StateCommand, TablePrintsEveryPropertyWithItsUnit)
@@ -201,7 +251,7 @@ TEST(RenderCommand, ExampleScenesMatchTheirReviewedImages)
         EXPECT_LE(imagetest::Compare(actual, expected, kChannelTolerance).unmatched, kAllowedUnmatched)
             << name << " differs from its reviewed image; rendered: " << png;
     }
-    EXPECT_EQ(scenes, 4);
+    EXPECT_EQ(scenes, 5);
 }
 
 TEST(RenderCommand, DefaultChartIsTheLibrarysOwnDrawing)
@@ -228,15 +278,45 @@ TEST(RenderCommand, VectorFilesAreWholeDocuments)
     const std::filesystem::path dir = clitest::ScratchDir("vector");
     const std::string scene = clitest::kExamples + "/summer-ahu.json";
     ASSERT_EQ(RunKygraph({"render", scene, "-o", "chart.svg"}, dir).status, 0);
-    ASSERT_EQ(RunKygraph({"render", scene, "-o", "chart.PDF"}, dir).status, 0);
     const std::string svg = clitest::ReadText(dir / "chart.svg");
     EXPECT_EQ(std::system(("xmllint --noout " + clitest::Quote((dir / "chart.svg").string())).c_str()), 0);
-    EXPECT_NE(svg.find("湿空气焓湿图"), std::string::npos);
-    EXPECT_NE(svg.find("width=\"1200pt\" height=\"900pt\""), std::string::npos);
-    EXPECT_EQ(clitest::ReadText(dir / "chart.PDF").rfind("%PDF-", 0), 0u);
-    const std::string info = (dir / "info.txt").string();
-    ASSERT_EQ(std::system(("pdfinfo " + clitest::Quote((dir / "chart.PDF").string()) + " > " + info).c_str()), 0);
-    EXPECT_NE(clitest::ReadText(info).find("Pages:           1\n"), std::string::npos);
+    // Pixel units, so a browser shows it at its size; labels are text in the chart's face.
+    EXPECT_NE(svg.find("width=\"1200px\" height=\"900px\" viewBox=\"0 0 1200 900\""), std::string::npos);
+    EXPECT_NE(svg.find("font-family=\"Noto Sans CJK SC"), std::string::npos);
+    for (const char* label : {">湿空气焓湿图</text>", ">大气压 101325Pa/760mmHg</text>", ">100%</text>"})
+        EXPECT_NE(svg.find(label), std::string::npos) << label;
+    EXPECT_EQ(svg.find("<image"), std::string::npos);
+    EXPECT_LT(svg.size(), 200u * 1024);
+}
+
+// A page of the paper asked for, with every label as text that can be searched.
+TEST(RenderCommand, PaperPagesHoldTheChartAsText)
+{
+    const std::filesystem::path dir = clitest::ScratchDir("paper");
+    const struct {
+        std::vector<std::string> paper;
+        const char* pageSize;
+    } cases[] = {
+        {{}, "1000 x 800 pts"},
+        {{"--paper", "A4"}, "595.276 x 841.89 pts (A4)"},
+        {{"--paper", "a3", "--landscape"}, "1190.55 x 841.89 pts (A3)"},
+        {{"--paper", "A2"}, "1190.55 x 1683.78 pts (A2)"},
+    };
+    for (const auto& c : cases) {
+        std::vector<std::string> args{"render", "-o", "chart.PDF"};
+        args.insert(args.end(), c.paper.begin(), c.paper.end());
+        ASSERT_EQ(RunKygraph(args, dir).status, 0) << c.pageSize;
+        const std::string pdf = clitest::Quote((dir / "chart.PDF").string());
+        const std::string info = clitest::Quote((dir / "info.txt").string());
+        ASSERT_EQ(std::system(("pdfinfo " + pdf + " > " + info).c_str()), 0);
+        const std::string infoText = clitest::ReadText(dir / "info.txt");
+        EXPECT_NE(infoText.find("Pages:           1\n"), std::string::npos) << c.pageSize;
+        EXPECT_NE(infoText.find(c.pageSize), std::string::npos) << infoText;
+        ASSERT_EQ(std::system(("pdftotext " + pdf + " " + info).c_str()), 0);
+        const std::string text = clitest::ReadText(dir / "info.txt");
+        for (const char* label : {"湿空气焓湿图", "大气压 101325Pa/760mmHg", "100%", "室外点", "水蒸汽分压力"})
+            EXPECT_NE(text.find(label), std::string::npos) << c.pageSize << ": " << label;
+    }
 }
 
 TEST(RenderCommand, FailedRunLeavesTheOldFileAsItWas)
@@ -283,6 +363,8 @@ TEST(CommandLine, WorkBeyondItsBoundsIsRefusedNamingTheBound)
         std::size_t lines;
     } cases[] = {
         {{"render", "path.json"}, "path.json:/processes/0/steps/0/points: a path holds at most 2000 states; this one has 2001", 1},
+        // serve reads its scene in kygraph-serve, which kygraph hands the command line over to
+        {{"serve", "path.json"}, "path.json:/processes/0/steps/0/points: a path holds at most 2000 states; this one has 2001", 1},
         {{"render", "keys.json"}, "keys.json: 5 more problems not shown", SceneError::kMaxShown + 1},
         {{"render", "long.json"}, "long.json:/" + std::string(64, 'x') + "...: unknown key \"" + std::string(64, 'x') + "...\"", 1},
         {{"render", "--size", "8192x8192"}, "--size: 8192x8192 is beyond the 16777216 pixels one drawing may have", 1},
@@ -294,4 +376,18 @@ TEST(CommandLine, WorkBeyondItsBoundsIsRefusedNamingTheBound)
         const std::size_t last = r.err.rfind('\n', r.err.size() - 2);
         EXPECT_EQ(r.err.substr(last == std::string::npos ? 0 : last + 1), "kygraph: " + c.lastLine + "\n");
     }
+}
+
+TEST(HostLanguage, TheLocaleChoosesOnlyALanguageThereAreTextsFor)
+{
+    const struct {
+        const char* locale;
+        std::optional<KyGraphLanguage> language;
+    } cases[] = {
+        {"zh_CN.UTF-8", KyGraphLanguage::Chinese}, {"zh", KyGraphLanguage::Chinese}, {"zh_TW@hant", KyGraphLanguage::Chinese},
+        {"en_GB.UTF-8", KyGraphLanguage::English}, {"en", KyGraphLanguage::English}, {"C.UTF-8", std::nullopt},
+        {"POSIX", std::nullopt}, {"de_DE", std::nullopt}, {"", std::nullopt}, {"english", std::nullopt},
+    };
+    for (const auto& c : cases) EXPECT_EQ(HostLanguage::FromLocale(c.locale), c.language) << c.locale;
+    EXPECT_EQ(HostLanguage::FromLocale(nullptr), std::nullopt);
 }

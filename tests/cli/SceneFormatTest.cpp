@@ -15,6 +15,7 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
 #include <set>
 
 namespace {
@@ -78,7 +79,16 @@ const char* const kEverything = R"({
                            {"type": "adiabatic_humidify", "from": "W", "rh": 85, "result": "E"},
                            {"type": "steam_humidify", "from": "C", "d": 14, "t_steam": 110, "result": "S"},
                            {"type": "ratio", "from": "A", "ratio": "-inf", "h": 55, "result": "R"},
-                           {"type": "path", "name": "p", "points": ["W", {"tdb": 22, "rh": 50}]}]}],
+                           {"type": "path", "name": "p", "points": ["W", {"tdb": 22, "rh": 50}]}]},
+                {"flow": {"m3h": 5000},
+                 "steps": [{"type": "mixing", "a": "W", "b": "A", "fraction": 0.25, "result": "C2"},
+                           {"type": "ratio", "from": "A", "ratio": 8000, "dt0": 6, "result": "O2"},
+                           {"type": "ratio", "from": "A", "ratio": 8000, "tdb": "O2", "result": "O3"},
+                           {"type": "cooling_dehumidify", "from": "C2", "rh": 95, "d": "O2", "result": "L2"},
+                           {"type": "cooling_dehumidify", "from": "C2", "adp": 9, "bf": 0.1, "result": "L3"},
+                           {"type": "sensible", "from": "L2", "tdb": "O2"},
+                           {"type": "steam_humidify", "from": "C2", "rh": 80, "result": "S2"},
+                           {"type": "adiabatic_humidify", "from": "W", "d": 16, "result": "E2"}]}],
   "ratio_lines": [{"from": "A", "to": "W", "label": false}, {"from": "A", "ratio": 5000, "d": 14},
                   {"from": "A", "ratio": "inf", "rh": 30}, {"from": "A", "ratio": -3000, "h": 70}]
 })";
@@ -175,9 +185,23 @@ TEST(SceneReader, ReportsEachProblemWithItsPlace)
          "scene:/processes/0/steps/2/points: a path needs at least one state\n"
          "scene:/processes/0/steps/3: missing key \"type\""},
         {"{\"processes\": [{\"steps\": [{\"type\": \"ratio\", \"from\": 5, \"ratio\": \"big\"}]}]}",
-         "scene:/processes/0/steps/0: a ratio needs exactly one end condition of d, h, rh; 0 given\n"
+         "scene:/processes/0/steps/0: a ratio needs exactly one end condition of d, h, rh, tdb, dt0; 0 given\n"
          "scene:/processes/0/steps/0/ratio: \"big\" is not a ratio: give a number of kJ/kg, \"inf\" or \"-inf\"\n"
          "scene:/processes/0/steps/0/from: expected the name of a state or a state object, found a number"},
+        {R"({"altitude": 12000, "processes": [{"flow": {"m3h": 1, "kgs": 1}, "steps": [
+              {"type": "mixing", "a": "W", "b": "N", "fraction": 1.3},
+              {"type": "mixing", "a": "W", "b": "N", "fraction": 0.3, "mass_a": 1},
+              {"type": "cooling_dehumidify", "from": "C", "rh": 95},
+              {"type": "steam_humidify", "from": "C", "rh": 40, "d": 9}]}]})",
+         "scene:/altitude: 12000 is out of range -500..11000\n"
+         "scene:/processes/0/flow: a flow needs exactly one of \"m3h\" (m³/h), \"kgs\" (kg/s)\n"
+         "scene:/processes/0/steps/0/fraction: 1.3 is out of range 0..1\n"
+         "scene:/processes/0/steps/1: a mixing needs either \"fraction\" (the share of a) or both \"mass_a\" and \"mass_b\"\n"
+         "scene:/processes/0/steps/2: a cooling coil needs \"to\" (a state), or \"rh\" with one of \"tdb\", \"d\", or \"adp\" with \"bf\"\n"
+         "scene:/processes/0/steps/3: a humidifier needs exactly one end condition of rh, d"},
+        {R"({"altitude": 8000, "pressure": 90000})",
+         "scene:/altitude: give either \"altitude\" or \"pressure\", not both\n"
+         "scene:/altitude: altitude 8000 m gives 35600 Pa, below the lowest pressure the model takes (50000 Pa)"},
         {"{\"ratio_lines\": [{\"from\": \"N\", \"to\": \"W\", \"d\": 10}, {\"from\": \"N\"}]}",
          "scene:/ratio_lines/0: give either \"to\" or a \"ratio\" with one of d, h, rh, not both\n"
          "scene:/ratio_lines/1: missing key \"to\" or \"ratio\""},
@@ -285,8 +309,6 @@ TEST_F(SceneApplierTest, ReportsWhatTheModelRefusesWithItsPlace)
     CKyStaPnt warm, cool;
     warm.SetBy_TdbandRH(25, 0.5);
     cool.SetBy_TdbandRH(20, 0.5);
-    CKyProcess process;
-    process.AddCoolingDehumidify(L"path 1", cool, warm);
     CKyAS same;
     same.SetByStates(cool, cool);
 
@@ -311,9 +333,22 @@ TEST_F(SceneApplierTest, ReportsWhatTheModelRefusesWithItsPlace)
         {R"({"range": {"tmin": 20, "tmax": 10, "dmax": 5}})", "scene:/range: tmin 20 must be below tmax 10"},
         {R"({"design": {"summer": {"outdoor": {"tdb": 25, "twb": 30}}}})",
          "scene:/design/summer/outdoor: " + twbAboveTdb},
-        {R"({"processes": [{"steps": [{"type": "cooling_dehumidify", "from": {"tdb": 20, "rh": 50},
-                                       "to": {"tdb": 25, "rh": 50}}]}]})",
-         "scene:/processes/0/steps/0: " + process.GetLastErrorString().ToUtf8()},
+        {R"({"processes": [{"states": [{"name": "N", "tdb": 26, "rh": 55}], "steps": [
+              {"type": "cooling_dehumidify", "from": {"tdb": 20, "rh": 50}, "to": {"tdb": 25, "rh": 50}},
+              {"type": "cooling_dehumidify", "from": "N", "rh": 95, "tdb": 27},
+              {"type": "cooling_dehumidify", "from": "N", "adp": 18, "bf": 0.1},
+              {"type": "ratio", "from": "N", "ratio": 10000, "dt0": 90},
+              {"type": "ratio", "from": "N", "ratio": "inf", "dt0": 8},
+              {"type": "steam_humidify", "from": "N", "rh": 40},
+              {"type": "adiabatic_humidify", "from": "N", "d": 5}]}]})",
+         "scene:/processes/0/steps/0/to: the coil would leave at 25 °C, not colder than it enters (20 °C)\n"
+         "scene:/processes/0/steps/1/tdb: the coil would leave at 27 °C, not colder than it enters (26 °C)\n"
+         "scene:/processes/0/steps/2/adp: the apparatus dew point 18 °C is not below the entering dew point 16.27 °C: the coil "
+         "would not dehumidify\n"
+         "scene:/processes/0/steps/3/dt0: the ratio line from 26 °C, 11.57 g/kg never reaches -64 °C inside the model\n"
+         "scene:/processes/0/steps/4/dt0: the ratio line from 26 °C, 11.57 g/kg never reaches 18 °C inside the model\n"
+         "scene:/processes/0/steps/5/rh: rh 40 % is not above the entering 55 %: a humidifier adds moisture\n"
+         "scene:/processes/0/steps/6/d: d 5 g/kg is not above the entering 11.57 g/kg: a humidifier adds moisture"},
         {R"({"ratio_lines": [{"from": {"tdb": 20, "rh": 50}, "to": {"tdb": 20, "rh": 50}}]})",
          "scene:/ratio_lines/0: " + same.GetLastErrorString().ToUtf8()},
     };
@@ -345,7 +380,57 @@ TEST_F(SceneApplierTest, ProcessMarkersCarryTheNamesTheSceneGives)
         if (r.kind == CDrawRecord::Text && r.text.GetLength() == 1) labels.insert(r.text.str());
         polylines += r.kind == CDrawRecord::Polyline;
     }
-    // Each state once, the computed ones (C, O) by their result names; three paths.
+    // Each state once, the computed ones (O, C, L) by their result names; four paths.
     EXPECT_EQ(labels, (std::multiset<std::wstring>{L"W", L"C", L"N", L"L", L"O"}));
-    EXPECT_EQ(polylines, 3);
+    EXPECT_EQ(polylines, 4);
+}
+
+TEST_F(SceneApplierTest, BuildersMeetTheEngineersInputsAndLoadsFollowTheFlow)
+{
+    // The summer unit: supply O on the room's ratio line 8 K below N, 30 % fresh air, a coil
+    // to 95 % at O's moisture content, reheat to O; 10 000 m³/h of supply air.
+    std::vector<SceneError> errors;
+    ASSERT_TRUE(applier.Apply(Read(clitest::ReadText(clitest::kExamples + "/summer-ahu.json")), errors));
+    std::map<std::string, CKyStaPnt> s;
+    for (const CKyStaPnt& p : applier.NamedStates()) s[p.GetName().ToUtf8()] = p;
+    ASSERT_EQ(s.size(), 5u);
+    const CKyStaPnt &W = s["W"], &N = s["N"], &O = s["O"], &C = s["C"], &L = s["L"];
+    EXPECT_NEAR(O.GetTdb(), N.GetTdb() - 8.0, 1e-6);
+    EXPECT_NEAR(1000.0 * (N.GetH() - O.GetH()) / (N.GetD() - O.GetD()), 10000.0, 1e-3);
+    EXPECT_NEAR(C.GetD(), 0.3 * W.GetD() + 0.7 * N.GetD(), 1e-9);
+    EXPECT_NEAR(C.GetH(), 0.3 * W.GetH() + 0.7 * N.GetH(), 1e-9);
+    EXPECT_NEAR(L.GetRH(), 0.95, 1e-9);
+    EXPECT_NEAR(L.GetD(), O.GetD(), 1e-9);
+
+    const std::vector<ProcessLoads::Step>& steps = applier.Steps();
+    ASSERT_EQ(steps.size(), 4u);
+    const double m = 10000.0 / 3600.0 / O.GetV();
+    const ProcessLoads::Row coil = ProcessLoads::Of(steps[2]), reheat = ProcessLoads::Of(steps[3]);
+    EXPECT_NEAR(*coil.total, m * (L.GetH() - C.GetH()), 1e-9);
+    EXPECT_NEAR(*coil.latent, m * 2500.0 * (L.GetD() - C.GetD()) / 1000.0, 1e-9);
+    EXPECT_NEAR(*coil.sensible + *coil.latent, *coil.total, 1e-9);
+    EXPECT_NEAR(*coil.moisture, m * (L.GetD() - C.GetD()) * 3.6, 1e-9);
+    EXPECT_NEAR(*coil.ratio, 1000.0 * coil.dh / coil.dd, 1e-9);
+    EXPECT_NEAR(reheat.dt, O.GetTdb() - L.GetTdb(), 1e-9);
+    EXPECT_FALSE(reheat.ratio);  // constant d: ε is infinite
+    EXPECT_NEAR(*reheat.shr, 1.0, 1e-12);
+    EXPECT_FALSE(ProcessLoads::Of(steps[1]).total);  // a mixing exchanges no heat
+
+    // The coil by apparatus dew point and bypass factor, at 2 000 m.
+    ASSERT_TRUE(applier.Apply(Read(clitest::ReadText(clitest::kExamples + "/high-altitude.json")), errors));
+    EXPECT_NEAR(CKyChart::InstanceGloble()->GetGlobleB(), 79495.12, 0.01);
+    s.clear();
+    for (const CKyStaPnt& p : applier.NamedStates()) s[p.GetName().ToUtf8()] = p;
+    CKyStaPnt adp;
+    ASSERT_TRUE(adp.SetBy_TdbandRH(10, 1.0));
+    EXPECT_NEAR(s["L"].GetD(), 0.15 * s["C"].GetD() + 0.85 * adp.GetD(), 1e-9);
+    EXPECT_NEAR(s["E"].GetH(), s["W"].GetH(), 1e-9);
+    EXPECT_NEAR(s["E"].GetD(), 16.0, 1e-9);
+    EXPECT_EQ(applier.Steps()[0].massFlow, 2.5);
+
+    // Steam to a relative humidity.
+    ASSERT_TRUE(applier.Apply(Read(clitest::ReadText(clitest::kExamples + "/winter-ahu.json")), errors));
+    for (const CKyStaPnt& p : applier.NamedStates()) s[p.GetName().ToUtf8()] = p;
+    EXPECT_NEAR(s["O"].GetRH(), 0.30, 1e-6);
+    EXPECT_NEAR(s["H"].GetTdb(), 30.0, 1e-9);
 }

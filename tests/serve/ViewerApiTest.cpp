@@ -99,6 +99,8 @@ TEST_F(ViewerApi, BadQueriesAreRefusedWithAMessage)
         "/api/chart?w=100&h=80&format=gif",            // unknown format
         "/api/chart?w=100&h=80&download=yes",          // not a flag
         "/api/chart?w=100&h=80&colour=red",            // unknown parameter
+        "/api/chart?w=100&h=80&format=pdf&paper=A5",   // no such paper
+        "/api/chart?w=100&h=80&paper=A4",              // a page is SVG or PDF
         "/api/state?x=10&y=10&w=100",                  // no height
         "/api/state?x=100&y=10&w=100&h=80",            // x outside the image
         "/api/state?x=-1&y=10&w=100&h=80",             // negative pixel
@@ -144,6 +146,8 @@ TEST_F(ViewerApi, BadBodiesAreRefusedWithAMessage)
         {"PUT", "/api/scene", R"({"range": {"tmin": 50, "tmax": 10}})", 400},
         {"PUT", "/api/scene", R"({"points": [{"name": "A", "tdb": 25, "rh": 300}]})", 400},
         {"PUT", "/api/scene", R"({"points": [{"name": "A", "tdb": 20, "rh": 50}, {"name": "A", "tdb": 25, "rh": 50}]})", 400},
+        {"PUT", "/api/scene", R"({"lang": "fr"})", 400},
+        {"PUT", "/api/scene", R"({"labels": "none"})", 400},
         {"PUT", "/api/scene", std::string(serve::kMaxBodyBytes + 10, ' '), 413},
     };
     for (const Case& c : cases) {
@@ -333,6 +337,13 @@ TEST_F(ViewerApi, ThePageAndImagesAreServed)
     auto pdf = client->Get("/api/chart?w=300&h=200&format=pdf");
     ASSERT_TRUE(pdf);
     EXPECT_EQ(pdf->body.rfind("%PDF", 0), 0u);
+    // A page of paper, whatever the window's size.
+    auto sheet = client->Get("/api/chart?w=300&h=200&format=svg&paper=a3&landscape=1");
+    ASSERT_TRUE(sheet);
+    EXPECT_NE(sheet->body.find("width=\"420.0mm\" height=\"297.0mm\""), std::string::npos);
+    EXPECT_NE(client->Get("/api/chart?w=300&h=200&format=pdf&paper=A2")->body.find("/MediaBox [ 0 0 1190.551181 1683.779528 ]"),
+              std::string::npos);
+    EXPECT_EQ(client->Get("/paper-export.js")->status, 200);
 }
 
 TEST_F(ViewerApi, HoverReadsTheStateThatIsDrawnThere)
@@ -344,7 +355,7 @@ TEST_F(ViewerApi, HoverReadsTheStateThatIsDrawnThere)
     ASSERT_EQ(s["inside"], true);
     // One pixel is about 0.15 K and 0.06 g/kg at this size.
     EXPECT_NEAR(s["tdb"].get<double>(), 25.0, 0.3);
-    EXPECT_NEAR(s["rh"].get<double>(), 0.60, 0.015);
+    EXPECT_NEAR(s["rh"].get<double>(), 60.0, 1.5);  // percent, as in scenes
     for (const char* key : {"twb", "tdp", "d", "h", "pv", "rho"}) EXPECT_TRUE(s[key].is_number()) << key;
 
     // The map follows the size asked for: the same pixel of a smaller chart is another state.
@@ -477,16 +488,40 @@ protected:
     }
 };
 
-TEST_F(ViewerSave, SaveWritesTheSceneAtTheDrawnSize)
+TEST_F(ViewerSave, SaveKeepsTheScenesOwnPrintSize)
 {
-    ASSERT_EQ(Send("PUT", "/api/scene", R"({"points": [{"name": "A", "tdb": 26, "rh": 55}]})")->status, 200);
-    ASSERT_EQ(client->Get("/api/chart?w=640&h=480")->status, 200);
-    auto res = Send("POST", "/api/save", "{}");
-    ASSERT_EQ(res->status, 200) << res->body;
-    const Json saved = Json::parse(Read(path));
-    EXPECT_EQ(saved["size"], (Json{{"width", 640}, {"height", 480}}));
-    EXPECT_EQ(saved["points"][0]["name"], "A");
-    EXPECT_EQ(GetJson("/api/scene?w=640&h=480"), saved);
+    // Whatever the browser's window, the file keeps the size the scene gives, or none.
+    for (const char* size : {R"("size": {"width": 1600, "height": 1200}, )", ""}) {
+        ASSERT_EQ(Send("PUT", "/api/scene", std::string("{") + size + R"("lang": "en", "points": [{"name": "A", "tdb": 26, "rh": 55}]})")->status, 200);
+        ASSERT_EQ(client->Get("/api/chart?w=640&h=480")->status, 200);
+        auto res = Send("POST", "/api/save", "{}");
+        ASSERT_EQ(res->status, 200) << res->body;
+        const Json saved = Json::parse(Read(path));
+        EXPECT_EQ(saved.contains("size"), *size != 0) << size;
+        if (*size) {
+            EXPECT_EQ(saved["size"], (Json{{"width", 1600}, {"height", 1200}}));
+        }
+        EXPECT_EQ(saved["lang"], "en");
+        EXPECT_EQ(saved["points"][0]["name"], "A");
+        EXPECT_EQ(GetJson("/api/scene"), saved);
+    }
+    // The file's own comments outlive an edit in the page.
+    { std::ofstream(path) << R"({"comment": "site A", "points": [{"comment": "the room", "name": "A", "tdb": 26, "rh": 55}]})"; }
+    ASSERT_EQ(Send("PUT", "/api/scene", R"({"points": [{"name": "A", "tdb": 25, "rh": 50}]})")->status, 200);
+    ASSERT_EQ(Send("POST", "/api/save", "{}")->status, 200);
+    const Json commented = Json::parse(Read(path));
+    EXPECT_EQ(commented["comment"], "site A");
+    EXPECT_EQ(commented["points"][0]["comment"], "the room");
+    EXPECT_EQ(commented["points"][0]["tdb"], 25);
+    // A table imported in the page is saved beside the scene, so the file opens with it; a
+    // different file of its name is left alone and the save refused.
+    ASSERT_EQ(Send("POST", "/api/data", R"({"name": "t.csv", "csv": "tdb,rh\n25,60\n"})")->status, 200);
+    ASSERT_EQ(Send("POST", "/api/save", "{}")->status, 200);
+    EXPECT_EQ(Read(dir / "t.csv"), "tdb,rh\n25,60\n");
+    EXPECT_EQ(Json::parse(Read(path))["data"][0]["file"], "t.csv");
+    { std::ofstream(dir / "t.csv") << "other"; }
+    EXPECT_EQ(Send("POST", "/api/save", "{}")->status, 500);
+    EXPECT_EQ(Read(dir / "t.csv"), "other");
 }
 
 TEST_F(ViewerSave, AFailedSaveLeavesWhatWasThere)
@@ -505,15 +540,18 @@ TEST_F(ViewerSave, AFailedSaveLeavesWhatWasThere)
     EXPECT_EQ(entries, 1u);
 }
 
-// The viewer reuses one chart for every scene; a scene that changes what the chart fixes when
-// it is built (lengths, range, pressure, formulation) must still draw and map as a fresh
-// `kygraph render` of it does, whatever scene came before.
+// The viewer reuses one chart for every scene, and the background of the last one; a scene
+// that changes what the chart fixes when it is built (lengths, range, pressure, formulation),
+// or only its overlays, must still draw and map as a fresh `kygraph render` of it does,
+// whatever scene came before.
 TEST_F(ViewerApi, AnExportedSceneRendersToTheSameImage)
 {
     const std::string program = std::string(KY_BINARY_DIR) + "/bin/kygraph";
     if (!std::filesystem::exists(program)) GTEST_SKIP() << program << " is not built";
     const char* scenes[] = {
         R"({"points": [{"name": "A", "tdb": 28, "rh": 50}], "display": {"h_lines": false}})",
+        // only the point moves: drawn over the background kept from the scene before
+        R"({"points": [{"name": "A", "tdb": 20, "rh": 40}], "display": {"h_lines": false}})",
         R"({"lengths": {"t": 9, "d": 3}, "points": [{"name": "A", "tdb": 28, "rh": 50}]})",
         R"({"pressure": 70000, "formulation": "ashrae", "range": {"tmin": 0, "tmax": 40, "dmin": 5, "dmax": 30}})",
     };
@@ -546,3 +584,36 @@ TEST_F(ViewerApi, AnExportedSceneRendersToTheSameImage)
 }
 
 }  // namespace
+
+TEST_F(ViewerApi, ImportedDataIsDrawnKeptAcrossEditsAndRefusedWithAMessage)
+{
+    const std::string csv = "time,tdb,rh\\n0,25,60\\n1,oops,60\\n2,28,50\\n";
+    auto ok = Send("POST", "/api/data", R"({"name": "year.csv", "csv": ")" + csv + "\"}");
+    ASSERT_EQ(ok->status, 200) << ok->body;
+    const Json r = Json::parse(ok->body);
+    EXPECT_EQ(r["note"], "year.csv: 1 of 3 rows are not states (line 3) and are not drawn");
+    ASSERT_EQ(r["scene"]["data"].size(), 1u);
+    EXPECT_EQ(r["scene"]["data"][0]["file"], "year.csv");
+    // The page sends the scene back without the table; the server keeps it by its name.
+    Json next = r["scene"];
+    next["legend"] = {{"show", true}};
+    ASSERT_EQ(Send("PUT", "/api/scene", next.dump())->status, 200);
+    auto png = client->Get("/api/chart?w=600&h=480");
+    ASSERT_TRUE(png);
+    EXPECT_EQ(png->status, 200);
+
+    const struct {
+        std::string body;
+        const char* error;
+    } bad[] = {
+        {R"({"name": "x.csv", "csv": "1,2\n3,4\n"})", "x.csv: no recognisable header"},
+        {R"({"name": "x.csv"})", "csv"},
+        {R"({"name": "x.csv", "csv": 7})", "csv"},
+        {R"({"name": "../x.csv", "csv": "tdb,rh\n25,60\n"})", "not a plain file name"},
+    };
+    for (const auto& b : bad) {
+        auto res = Send("POST", "/api/data", b.body);
+        EXPECT_EQ(res->status, 400) << b.body;
+        EXPECT_NE(Json::parse(res->body)["error"].get<std::string>().find(b.error), std::string::npos) << res->body;
+    }
+}

@@ -51,6 +51,9 @@ function paneSize() {
 // Asks for the chart at the pane's size; a newer request cancels an older one in flight.
 async function redraw() {
   const { w, h } = paneSize();
+  // Drawn at the screen's own pixels (high-density screens, browser zoom), shown at CSS size.
+  const dpr = Math.min(4, Math.max(1, window.devicePixelRatio || 1));
+  const dw = Math.round(w * dpr), dh = Math.round(h * dpr);
   const serial = view.sceneSerial;
   view.w = w;
   view.h = h;
@@ -58,7 +61,7 @@ async function redraw() {
   const controller = new AbortController();
   redrawController = controller;
   try {
-    const res = await fetch(`/api/chart?w=${w}&h=${h}`, { signal: controller.signal });
+    const res = await fetch(`/api/chart?w=${dw}&h=${dh}`, { signal: controller.signal });
     if (!res.ok) {
       const data = await res.json().catch(() => null);
       throw new Error((data && data.error) || `${res.status}`);
@@ -74,9 +77,9 @@ async function redraw() {
     });
     chartImg.style.width = `${w}px`;
     chartImg.style.height = `${h}px`;
-    view.drawn = { w, h };
+    view.drawn = { w: dw, h: dh };
     view.redraws += 1;
-    document.body.dataset.drawnSize = `${w}x${h}`;
+    document.body.dataset.drawnSize = `${dw}x${dh}`;
     document.body.dataset.redraws = String(view.redraws);
     document.body.dataset.drawnScene = String(serial);
     updateExportLinks();
@@ -115,7 +118,7 @@ const READOUT_ROWS = [
   ["Dry bulb", "tdb", 1, "°C"],
   ["Wet bulb", "twb", 1, "°C"],
   ["Dew point", "tdp", 1, "°C"],
-  ["RH", "rh", 1, "%", 100],
+  ["RH", "rh", 1, "%"],
   ["d", "d", 2, "g/kg"],
   ["h", "h", 2, "kJ/kg"],
   ["pv", "pv", 0, "Pa"],
@@ -265,7 +268,9 @@ function renderLists() {
 
   const processes = scene.processes || [];
   processList.replaceChildren(...processes.map((proc, i) => {
-    const text = (proc.steps || []).map((st) => `${st.name || st.type}: ${(st.points || []).join(" → ")}`).join("; ");
+    const ref = (r) => (typeof r === "string" ? r : (r && r.name) || "·");
+    const text = (proc.steps || []).map((st) =>
+      `${st.name || st.type}: ${(st.points || [st.a || st.from, st.result || st.to, st.b].filter((r) => r !== undefined)).map(ref).join(" → ")}`).join("; ");
     return el("li", {}, el("span", { textContent: "" }), el("span", { textContent: text }),
       deleteButton("Delete the process", () => {
         const next = structuredClone(scene);
@@ -279,7 +284,9 @@ function renderLists() {
   ratioList.replaceChildren(...ratios.map((r, i) => {
     const from = typeof r.from === "string" ? r.from : "(state)";
     const end = r.to !== undefined ? "to a state" : ["d", "h", "rh"].filter((k) => k in r).map((k) => `${k} ${+Number(r[k]).toFixed(2)}`).join("");
-    return el("li", {}, el("span", { textContent: "" }), el("span", { textContent: `ε ${r.ratio} from ${from}, ${end}` }),
+    const eps = r.ratio !== undefined ? `ε ${r.ratio}` : "ε";
+    const to = r.to !== undefined ? `to ${typeof r.to === "string" ? r.to : "(state)"}` : end;
+    return el("li", {}, el("span", { textContent: "" }), el("span", { textContent: `${eps} from ${from}, ${to}` }),
       deleteButton("Delete the ratio line", () => {
         const next = structuredClone(scene);
         next.ratio_lines.splice(i, 1);
