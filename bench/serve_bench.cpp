@@ -3,6 +3,7 @@
 // per-request cost of re-applying the scene shows. Then the same hover and redraw as whole
 // round trips: real requests on loopback to a ViewerServer serving on its own thread.
 #include "ChartSession.h"
+#include "SceneWriter.h"
 #include "ViewerServer.h"
 
 #include <benchmark/benchmark.h>
@@ -52,6 +53,30 @@ void BM_ServeRedrawPng(benchmark::State& state)
     for (auto _ : state) benchmark::DoNotOptimize(session.Render(1000, 800, serve::ImageKind::Png));
 }
 BENCHMARK(BM_ServeRedrawPng)->Arg(0)->Arg(50)->Unit(benchmark::kMillisecond);
+
+// What the viewer does when the user moves a point: the scene replaced by one that differs
+// only in an overlay, then the chart drawn again as PNG.
+void BM_ServeOverlayChange(benchmark::State& state)
+{
+    serve::ChartSession session;
+    std::vector<SceneError> errors;
+    session.Open(SceneWithPoints(3), "", errors);
+    std::string texts[2];
+    for (int k = 0; k < 2; ++k) {
+        Scene s = SceneWithPoints(3);
+        s.points[0].state.input.Set(StateInput::Tdb, 20.0 + k);
+        texts[k] = SceneWriter::Write(s);
+    }
+    session.Render(1000, 800, serve::ImageKind::Png);
+    int i = 0;
+    for (auto _ : state) {
+        if (!session.ReplaceScene(texts[i++ & 1], errors) || session.Render(1000, 800, serve::ImageKind::Png).empty()) {
+            state.SkipWithError("the changed scene could not be drawn");
+            break;
+        }
+    }
+}
+BENCHMARK(BM_ServeOverlayChange)->Unit(benchmark::kMillisecond);
 
 // The viewer serving the default scene on a loopback port the system picks, and one client
 // that keeps its connection open, as a browser does.

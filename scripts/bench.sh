@@ -10,7 +10,7 @@ log=$(mktemp)
 json=$(mktemp --suffix=.json)
 trap 'rm -f "$log" "$log.time" "$json"' EXIT
 # Only the table goes to stdout: the build's and the run's own output show when they fail.
-if ! { cmake --preset default && cmake --build --preset default --target kygraph_bench -j 2; } >"$log" 2>&1; then
+if ! { cmake --preset default && cmake --build --preset default --target kygraph_bench kygraph -j 2; } >"$log" 2>&1; then
   cat "$log" >&2
   exit 1
 fi
@@ -31,4 +31,7 @@ if ! { time ./build/bin/kygraph_bench --benchmark_min_time=0.2 --benchmark_repet
 fi
 others=$(awk -v b0="$busy0" -v b1="$(busy)" -v t0="$start" -v t1="$(date +%s.%N)" -v hz="$(getconf CLK_TCK)" \
   -v cpus="$(nproc)" '{ o = (b1 - b0) / hz - $1 - $2; printf "%.0f", 100 * (o > 0 ? o : 0) / ((t1 - t0) * cpus) }' "$log.time")
+# Whole processes, after the load figure: valgrind's slowness is no load on the benchmarks.
+echo "measuring whole kygraph processes ..." >&2
+python3 scripts/bench-process.py build/bin "$json"
 python3 scripts/bench-table.py "$json" "$others"
