@@ -299,8 +299,9 @@ TEST_F(StaPnt, ShortSolverStepsNearThePoleOfPvAtBAreNotTakenForConvergence)
         }
 }
 
-// Nothing the caller can pass makes a setter crash or answer a non-finite state, in any
-// formulation: the real gas once took d 8.2e107 g/kg, where no dry air is left, for a state.
+// Nothing the caller can pass makes a setter crash, refuse without saying why, or answer a
+// non-finite state, in any formulation: the real gas once took d 8.2e107 g/kg, where no dry
+// air is left, for a state.
 TEST_F(StaPnt, HostileInputsNeverYieldANonFiniteState)
 {
     const double v[] = {kNaN, kInf, -kInf, 0.0, -0.0, 4.9e-324, -4.9e-324, 2.2e-308, 1e-12, 0.5, 1.0,
@@ -311,7 +312,10 @@ TEST_F(StaPnt, HostileInputsNeverYieldANonFiniteState)
             for (double b : v) {
                 ASSERT_TRUE(CKyChart::InstanceGloble()->SetFormulation(f));
                 CKyStaPnt p;
-                if (!(p.*s.set)(a, b)) continue;
+                if (!(p.*s.set)(a, b)) {
+                    EXPECT_FALSE(p.GetLastErrorString().IsEmpty()) << s.name << "(" << a << ", " << b << ") says why";
+                    continue;
+                }
                 const Props q = Read(p);
                 for (double x : {q.tdb, q.rh, q.d, q.h, q.pv, p.GetV(), p.GetRho()})
                     EXPECT_TRUE(std::isfinite(x)) << f << " " << s.name << "(" << a << ", " << b << ")";
