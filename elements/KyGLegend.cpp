@@ -8,7 +8,6 @@
 #include <kygraph/Saturate.h>
 
 #include "internal/KyGPlotMap.h"
-#include "internal/KyGStyledDraw.h"
 
 #include <algorithm>
 #include <cmath>
@@ -131,14 +130,14 @@ int CKyGLegend::Draw(CDC* pDC)
     const CKyGOverlaySetting& ov = set->m_OverlaySetting;
     const tagKyLineStyle frame = ov.m_LegendStyle;
     const double k = set->GetDrawScale();
-    const KyGStyledDraw text{pDC, frame, k};
+    const CStyledPen text = Pen(pDC, frame);
 
     std::vector<Entry> rows;
     if (m_bFamilies) {
         auto family = [&rows](int on, UINT id, const tagKyLineStyle& style) {
             if (!on) return;
             Entry e;
-            e.text = KyGLoadString(id);
+            e.text = LoadText(id);
             e.color = style.crColor;
             e.penStyle = style.nPenStyle;
             e.penWidth = style.nWidth;
