@@ -15,8 +15,10 @@
 #include <kygraph/KyGStaPnt.h>
 #include <kygraph/KyGValueStepper.h>
 #include <kygraph/KyStaPnt.h>
+#include <kygraph/KyGraphModule.h>
 
 #include <algorithm>
+#include <iterator>
 #include <memory>
 #include <vector>
 
@@ -30,22 +32,30 @@ using Steps = std::vector<Step>;
 // take seconds and fill the chart solid, so such a family ends here whatever its interval.
 constexpr int kMaxOverlayLines = 200;
 
-// One line family: when it is drawn, at which values, by which element, in which style, and
-// whether each line is labelled.
-struct FamilyRow {
-    CKyGBackground::Family family;
-    bool (*on)(const Set&);
-    Steps (*values)(const Set&);
-    std::unique_ptr<CKyGSameLine> (*element)();
-    const tagKyLineStyle& (*style)(const Set&);
-    int (*label)(const Set&, const Step&);
+enum class Layer { Redraw, Overlay };
+
+// The element class of a family: how to make one, and whether a line is one of its kind.
+struct ElementKind {
+    std::unique_ptr<CKyGSameLine> (*make)();
+    bool (*is)(const CKyGSameLine&);
 };
 
 template <class Element>
-std::unique_ptr<CKyGSameLine> Make()
-{
-    return std::make_unique<Element>();
-}
+constexpr ElementKind Kind{[]() -> std::unique_ptr<CKyGSameLine> { return std::make_unique<Element>(); },
+                           [](const CKyGSameLine& e) { return dynamic_cast<const Element*>(&e) != nullptr; }};
+
+// One line family: when it is drawn, at which values, by which element, in which style, and
+// whether each line is labelled; the redraw or the overlays draw it, and the legend names it.
+struct FamilyRow {
+    Layer layer;
+    bool (*on)(const Set&);
+    Steps (*values)(const Set&);
+    ElementKind element;
+    const tagKyLineStyle& (*style)(const Set&);
+    int (*label)(const Set&, const Step&);
+    UINT legendText;
+    int legendPlace;
+};
 
 int OnMultiplesOfFive(const Set&, const Step& s) { return s.label; }
 
@@ -65,68 +75,59 @@ Steps VolumeSteps(const Set& s)
 }
 
 constexpr FamilyRow kFamilies[] = {
-    {CKyGBackground::SameD, [](const Set& s) { return s.m_DrawHstSetting.m_bShowSameD != 0; },
+    {Layer::Redraw, [](const Set& s) { return s.m_DrawHstSetting.m_bShowSameD != 0; },
      [](const Set& s) {
          return CKyGValueStepper::Stepped(s.m_RangeSetting.GetMinD(), s.m_RangeSetting.GetMaxD(),
                                           s.m_DrawHstSetting.m_dDInterval);
      },
-     Make<CKyGSameD>, [](const Set& s) -> const tagKyLineStyle& { return s.m_StyleSetting.m_SameDStyle; },
-     OnMultiplesOfFive},
-    {CKyGBackground::SameRH, [](const Set& s) { return s.m_DrawHstSetting.m_bShowSameRH != 0; },
+     Kind<CKyGSameD>, [](const Set& s) -> const tagKyLineStyle& { return s.m_StyleSetting.m_SameDStyle; },
+     OnMultiplesOfFive, IDS_LEGEND_D_LINES, 1},
+    {Layer::Redraw, [](const Set& s) { return s.m_DrawHstSetting.m_bShowSameRH != 0; },
      [](const Set& s) {
          Steps steps;
          for (double phi : CKyGValueStepper::RelativeHumidities(s.m_DrawHstSetting.m_dRHInterval))
              steps.push_back({phi, 1});
          return steps;
      },
-     Make<CKyGSameRH>, [](const Set& s) -> const tagKyLineStyle& { return s.m_StyleSetting.m_SameRHStyle; },
-     [](const Set&, const Step&) { return 1; }},  // every curve keeps its label
-    {CKyGBackground::SameT, [](const Set& s) { return s.m_DrawHstSetting.m_bShowSameT != 0; },
+     Kind<CKyGSameRH>, [](const Set& s) -> const tagKyLineStyle& { return s.m_StyleSetting.m_SameRHStyle; },
+     [](const Set&, const Step&) { return 1; }, IDS_LEGEND_RH_CURVES, 3},  // every curve keeps its label
+    {Layer::Redraw, [](const Set& s) { return s.m_DrawHstSetting.m_bShowSameT != 0; },
      [](const Set& s) {
          return CKyGValueStepper::Stepped(s.m_RangeSetting.GetMinT(), s.m_RangeSetting.GetMaxT(),
                                           s.m_DrawHstSetting.m_dTInterval);
      },
-     Make<CKyGSameT>, [](const Set& s) -> const tagKyLineStyle& { return s.m_StyleSetting.m_SameTStyle; },
-     OnMultiplesOfFive},
+     Kind<CKyGSameT>, [](const Set& s) -> const tagKyLineStyle& { return s.m_StyleSetting.m_SameTStyle; },
+     OnMultiplesOfFive, IDS_LEGEND_ISOTHERMS, 0},
     // The enthalpy span is the singleton's range, whichever settings switch the family on.
-    {CKyGBackground::SameH, [](const Set& s) { return s.m_DrawHstSetting.m_bShowSameH != 0; },
+    {Layer::Redraw, [](const Set& s) { return s.m_DrawHstSetting.m_bShowSameH != 0; },
      [](const Set& s) {
          return CKyGValueStepper::Stepped(CKyGSameH::GetMinValue(), CKyGSameH::GetMaxValue(),
                                           s.m_DrawHstSetting.m_dHInterval);
      },
-     Make<CKyGSameH>, [](const Set& s) -> const tagKyLineStyle& { return s.m_StyleSetting.m_SameHStyle; },
-     [](const Set&, const Step&) { return 0; }},  // read on the enthalpy ruler instead
+     Kind<CKyGSameH>, [](const Set& s) -> const tagKyLineStyle& { return s.m_StyleSetting.m_SameHStyle; },
+     [](const Set&, const Step&) { return 0; }, IDS_LEGEND_H_LINES, 2},  // labels on the ruler
     // Wet bulbs reach below the lowest dry bulb at the dry edge of the chart.
-    {CKyGBackground::SameTwb, [](const Set& s) { return s.m_OverlaySetting.m_bShowSameTwb != 0; },
+    {Layer::Overlay, [](const Set& s) { return s.m_OverlaySetting.m_bShowSameTwb != 0; },
      [](const Set& s) {
          const double step = s.m_OverlaySetting.m_dTwbInterval;
          return CKyGValueStepper::Stepped(CKyGValueStepper::FirstMultiple(LowestT(s) - 15.0, step), HighestT(s),
                                           step, kMaxOverlayLines);
      },
-     Make<CKyGSameTwb>, [](const Set& s) -> const tagKyLineStyle& { return s.m_OverlaySetting.m_SameTwbStyle; },
-     [](const Set& s, const Step&) { return s.m_OverlaySetting.m_bDimSameTwb; }},
-    {CKyGBackground::SameV, [](const Set& s) { return s.m_OverlaySetting.m_bShowSameV != 0; }, VolumeSteps,
-     Make<CKyGSameV>, [](const Set& s) -> const tagKyLineStyle& { return s.m_OverlaySetting.m_SameVStyle; },
-     [](const Set& s, const Step&) { return s.m_OverlaySetting.m_bDimSameV; }},
+     Kind<CKyGSameTwb>, [](const Set& s) -> const tagKyLineStyle& { return s.m_OverlaySetting.m_SameTwbStyle; },
+     [](const Set& s, const Step&) { return s.m_OverlaySetting.m_bDimSameTwb; }, IDS_LEGEND_TWB_LINES, 4},
+    {Layer::Overlay, [](const Set& s) { return s.m_OverlaySetting.m_bShowSameV != 0; }, VolumeSteps,
+     Kind<CKyGSameV>, [](const Set& s) -> const tagKyLineStyle& { return s.m_OverlaySetting.m_SameVStyle; },
+     [](const Set& s, const Step&) { return s.m_OverlaySetting.m_bDimSameV; }, IDS_LEGEND_V_LINES, 5},
 };
 
-constexpr bool RowsInFamilyOrder()
-{
-    for (int i = 0; i < CKyGBackground::FamilyCount; ++i)
-        if (kFamilies[i].family != i) return false;
-    return std::size(kFamilies) == CKyGBackground::FamilyCount;
-}
-static_assert(RowsInFamilyOrder(), "one row per family, in the enum's order");
-
-// Draws the families first..last of the table through chart, one element per family whose
-// value changes between lines; the number of lines handed to chart.
-int DrawFamilies(CKyGChart& chart, const Set& set, CKyGBackground::Family first, CKyGBackground::Family last)
+// Draws the families of layer through chart, one element per family whose value changes
+// between lines; the number of lines handed to chart.
+int DrawFamilies(CKyGChart& chart, const Set& set, Layer layer)
 {
     int lines = 0;
-    for (int i = first; i <= last; ++i) {
-        const FamilyRow& row = kFamilies[i];
-        if (!row.on(set)) continue;
-        const std::unique_ptr<CKyGSameLine> element = row.element();
+    for (const FamilyRow& row : kFamilies) {
+        if (row.layer != layer || !row.on(set)) continue;
+        const std::unique_ptr<CKyGSameLine> element = row.element.make();
         for (const Step& step : row.values(set)) {
             element->SetValue(step.value);
             element->SetDimEnable(row.label(set, step));
@@ -139,9 +140,12 @@ int DrawFamilies(CKyGChart& chart, const Set& set, CKyGBackground::Family first,
 
 }  // namespace
 
-const tagKyLineStyle& CKyGBackground::Style(Family family)
+const tagKyLineStyle& CKyGBackground::Style(const CKyGSameLine& family)
 {
-    return kFamilies[family].style(*CKyGChartSetting::GetKyGChartSetting());
+    for (const FamilyRow& row : kFamilies)
+        if (row.element.is(family)) return row.style(*CKyGChartSetting::GetKyGChartSetting());
+    static const tagKyLineStyle plain;
+    return plain;
 }
 
 void CKyGBackground::DrawBase(CKyGChart& chart, const CKyGChartSetting& set)
@@ -157,12 +161,12 @@ void CKyGBackground::DrawBase(CKyGChart& chart, const CKyGChartSetting& set)
         CKyGASChart protractor;
         chart.Draw(&protractor);
     }
-    DrawFamilies(chart, set, SameD, SameH);
+    DrawFamilies(chart, set, Layer::Redraw);
 }
 
 int CKyGBackground::DrawOverlay(CKyGChart& chart)
 {
-    return DrawFamilies(chart, *CKyGChartSetting::GetKyGChartSetting(), SameTwb, SameV);
+    return DrawFamilies(chart, *CKyGChartSetting::GetKyGChartSetting(), Layer::Overlay);
 }
 
 void CKyGBackground::DrawReferencePoint(CKyGChart& chart, const CKyStaPnt& point, bool labelRight)
@@ -172,4 +176,14 @@ void CKyGBackground::DrawReferencePoint(CKyGChart& chart, const CKyStaPnt& point
     marker.SetDimEnable(1);
     marker.SetDimPosition(labelRight ? CKyGStaPnt::DimRight : CKyGStaPnt::DimLeft);
     chart.Draw(&marker);
+}
+
+std::vector<CKyGBackground::Shown> CKyGBackground::ShownFamilies()
+{
+    const Set& set = *CKyGChartSetting::GetKyGChartSetting();
+    std::vector<Shown> shown(std::size(kFamilies), Shown{0, nullptr});
+    for (const FamilyRow& row : kFamilies)
+        if (row.on(set)) shown[static_cast<size_t>(row.legendPlace)] = {row.legendText, &row.style(set)};
+    std::erase_if(shown, [](const Shown& s) { return s.style == nullptr; });
+    return shown;
 }

@@ -3,30 +3,40 @@
 // row of {switch, stepping, element, style}: constant d, relative humidity, dry bulb and
 // enthalpy for the redraw, then wet bulb and specific volume, which hosts draw apart as
 // overlays. The reference-point markers go over it. The chart only calls the walks; what is
-// drawn, at which values and in which style is decided here.
+// drawn, at which values and in which style is decided here, and the legend reads the same rows.
 #pragma once
 
 #include <kygraph/KyExport.h>
+#include <kygraph/WinTypes.h>
+
+#include <vector>
 
 class CKyGChart;
 class CKyGChartSetting;
+class CKyGSameLine;
 class CKyStaPnt;
 struct tagKyLineStyle;
 
 class KYGRAPH_API CKyGBackground {
 public:
-    // The line families, in drawing order (the order of the table's rows).
-    enum Family : int { SameD, SameRH, SameT, SameH, SameTwb, SameV, FamilyCount };
+    // The style of family's row, from the settings singleton as it is now; a line class of a
+    // host's own that is no family's gets a default style.
+    static const tagKyLineStyle& Style(const CKyGSameLine& family);
 
-    // The style family draws in, from the settings singleton as it is now.
-    static const tagKyLineStyle& Style(Family family);
-
-    // Frame, rulers, protractor and the families SameD to SameH, each when its switch in set
-    // is on, drawn through chart; results ignored, an element that fails loses only itself.
+    // Frame, rulers, protractor and the redraw's families, each when its switch in set is on,
+    // drawn through chart; results ignored, an element that fails loses only itself.
     static void DrawBase(CKyGChart& chart, const CKyGChartSetting& set);
-    // The families SameTwb and SameV when their overlay switches in the settings singleton are
-    // on; the number of lines handed to chart.
+    // The overlay families whose switches in the settings singleton are on; the number of
+    // lines handed to chart.
     static int DrawOverlay(CKyGChart& chart);
     // A reference-point marker at point, labelled right or left of its dot.
     static void DrawReferencePoint(CKyGChart& chart, const CKyStaPnt& point, bool labelRight);
+
+    // The families switched on in the settings singleton, in the legend's order (isotherms,
+    // constant d, constant h, relative humidity, then the overlays): name entry and style.
+    struct Shown {
+        UINT text;
+        const tagKyLineStyle* style;
+    };
+    static std::vector<Shown> ShownFamilies();
 };

@@ -13,7 +13,7 @@ int CKyGSameD::Draw(CDC* pDC)
     CKyGChart* chart = GetChart();
     if (chart == nullptr) return 0;
     const CKyGRangeSetting& range = Settings().m_RangeSetting;
-    const CStyledPen pen = Pen(pDC, CKyGBackground::Style(CKyGBackground::SameD));
+    const CStyledPen pen = Pen(pDC, CKyGBackground::Style(*this));
     const double d = m_dValue;
 
     // A: the lower end, on the saturation curve or, below the minimum temperature, on the

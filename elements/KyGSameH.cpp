@@ -24,7 +24,7 @@ int CKyGSameH::Draw(CDC* pDC)
     CKyGChart* chart = GetChart();
     if (chart == nullptr) return 0;
     const CKyGRangeSetting& range = Settings().m_RangeSetting;
-    const CStyledPen pen = Pen(pDC, CKyGBackground::Style(CKyGBackground::SameH));
+    const CStyledPen pen = Pen(pDC, CKyGBackground::Style(*this));
     const double h = m_dValue;
     const double angle = chart->GetHAngle();  // radians below the horizontal
 

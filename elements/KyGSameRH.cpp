@@ -32,7 +32,7 @@ int CKyGSameRH::Draw(CDC* pDC)
     CKyGChart* chart = GetChart();
     if (chart == nullptr) return 0;
     const CKyGRangeSetting& range = Settings().m_RangeSetting;
-    const CStyledPen pen = Pen(pDC, CKyGBackground::Style(CKyGBackground::SameRH));
+    const CStyledPen pen = Pen(pDC, CKyGBackground::Style(*this));
     const double phi = m_dValue;
 
     CKyStaPnt p;

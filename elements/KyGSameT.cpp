@@ -13,7 +13,7 @@ int CKyGSameT::Draw(CDC* pDC)
     CKyGChart* chart = GetChart();
     if (chart == nullptr) return 0;
     const CKyGRangeSetting& range = Settings().m_RangeSetting;
-    const CStyledPen pen = Pen(pDC, CKyGBackground::Style(CKyGBackground::SameT));
+    const CStyledPen pen = Pen(pDC, CKyGBackground::Style(*this));
     const double t = m_dValue;
 
     // A: the left end, on the chart's left edge.

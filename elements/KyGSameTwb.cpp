@@ -28,7 +28,7 @@ int CKyGSameTwb::Draw(CDC* pDC)
     CKyGChart* chart = GetChart();
     if (chart == nullptr) return 0;
     const CKyGChartSetting& set = Settings();
-    const CStyledPen pen = Pen(pDC, CKyGBackground::Style(CKyGBackground::SameTwb));
+    const CStyledPen pen = Pen(pDC, CKyGBackground::Style(*this));
     const double twb = m_dValue;
 
     CKyStaPnt p;

@@ -51,7 +51,7 @@ int CKyGSameV::Draw(CDC* pDC)
     CKyGChart* chart = GetChart();
     if (chart == nullptr) return 0;
     const CKyGChartSetting& set = Settings();
-    const CStyledPen pen = Pen(pDC, CKyGBackground::Style(CKyGBackground::SameV));
+    const CStyledPen pen = Pen(pDC, CKyGBackground::Style(*this));
     const double v = m_dValue;
     KyGPlotMap map;
     if (!map.Init(*chart, set)) {
