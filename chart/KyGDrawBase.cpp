@@ -168,31 +168,6 @@ int CKyGDrawBase::DrawPolygonAlpha(CDC* pDC, const CVoArray<CPoint>& points, COL
     return pDC->FillPolygonAlpha(pts.data(), points.GetSize(), color, static_cast<BYTE>(std::clamp(alpha, 0, 255)));
 }
 
-CKyGDrawBase::CStyledPen::CStyledPen(CDC* pDC, const tagKyLineStyle& style, double scale)
-    : m_pDC(pDC), m_style(style), m_dScale(scale)
-{
-}
-
-int CKyGDrawBase::CStyledPen::Line(CPoint from, CPoint to) const
-{
-    return DrawLine(m_pDC, from, to, m_style.nPenStyle, m_style.nWidth, m_style.crColor);
-}
-
-int CKyGDrawBase::CStyledPen::Arc(RECT bounds, CPoint start, CPoint end) const
-{
-    return DrawArc(m_pDC, &bounds, start, end, m_style.nPenStyle, m_style.nWidth, m_style.crColor);
-}
-
-int CKyGDrawBase::CStyledPen::PolyLine(const CVoArray<CPoint>& points) const
-{
-    return DrawPolyLine(m_pDC, points, m_style.nPenStyle, m_style.nWidth, m_style.crColor);
-}
-
-int CKyGDrawBase::CStyledPen::Text(CPoint at, double angle, const CString& text) const
-{
-    return DrawTextW(m_pDC, at, m_style.nTextHeight * m_dScale, angle, m_style.crColor, text);
-}
-
 CSize CKyGDrawBase::CStyledPen::Measure(const CString& text) const
 {
     return GetTextExtent(m_pDC, Ky::TruncToInt(m_style.nTextHeight * m_dScale), text);

@@ -68,15 +68,28 @@ protected:
     // nTextHeight x scale in its colour, measured at trunc(nTextHeight x scale).
     class KYGRAPH_API CStyledPen {
     public:
-        CStyledPen(CDC* pDC, const tagKyLineStyle& style, double scale);
-        int Line(CPoint from, CPoint to) const;
-        int Arc(RECT bounds, CPoint start, CPoint end) const;
-        int PolyLine(const CVoArray<CPoint>& points) const;
-        int Text(CPoint at, double angle, const CString& text) const;
+        CStyledPen(CDC* pDC, const tagKyLineStyle& style, double scale) : m_pDC(pDC), m_style(style), m_dScale(scale) {}
+        int Line(CPoint from, CPoint to) const { return DrawLine(m_pDC, from, to, Style(), Width(), Color()); }
+        int Arc(RECT bounds, CPoint start, CPoint end) const
+        {
+            return DrawArc(m_pDC, &bounds, start, end, Style(), Width(), Color());
+        }
+        int PolyLine(const CVoArray<CPoint>& points) const
+        {
+            return DrawPolyLine(m_pDC, points, Style(), Width(), Color());
+        }
+        int Text(CPoint at, double angle, const CString& text) const
+        {
+            return DrawTextW(m_pDC, at, m_style.nTextHeight * m_dScale, angle, Color(), text);
+        }
         CSize Measure(const CString& text) const;
         double Scale() const { return m_dScale; }
 
     private:
+        int Style() const { return m_style.nPenStyle; }
+        int Width() const { return m_style.nWidth; }
+        COLORREF Color() const { return m_style.crColor; }
+
         CDC* m_pDC;
         tagKyLineStyle m_style;
         double m_dScale;

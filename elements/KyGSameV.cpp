@@ -58,7 +58,8 @@ int CKyGSameV::Draw(CDC* pDC)
         m_strLastError.LoadString(IDS_OUT_OF_DRAW_RANGE);
         return 0;
     }
-    const double tMax = std::min(CKyStaPnt::kMaxTdb, std::max(set.m_RangeSetting.GetMinT(), set.m_RangeSetting.GetMaxT()) + 40.0);
+    const CKyGRangeSetting& range = set.m_RangeSetting;
+    const double tMax = std::min(CKyStaPnt::kMaxTdb, std::max(range.GetMinT(), range.GetMaxT()) + 40.0);
 
     // Where the line meets saturation: v grows along the saturation curve with t.
     CKyStaPnt s;
