@@ -35,15 +35,17 @@ TEST(ValueStepper, SequencesSnapOntoTheGrid)
         bool ticks;
         double first, max, step;
         std::vector<double> expected;
+        double perUnit = 1.0;
     } cases[] = {
         {false, -12.5, 5.0, 5.0, {-12.5, -5.0, 0.0, 5.0, 10.0}},  // fmod keeps the sign: -10 skipped
         {false, -20.5, -18.0, 1.0, {-20.5, -19.0, -18.0, -17.0}},
         {true, -8.5, -5.0, 1.0, {-7.0, -6.0, -5.0}},             // the first value left out
         {true, 0.25, 2.2, 0.5, {0.5, 1.0, 1.5, 2.0, 2.2}},       // the last clamped to the end
         {true, 3.0, 3.0, 1.0, {}},
+        {true, 0.063, 1.2, 0.5, {0.5, 1.0, 1.2}, 10.0},  // in tenths: on the grid, where plain falls short
     };
     for (const auto& c : cases) {
-        const auto got = c.ticks ? CKyGValueStepper::Ticks(c.first, c.max, c.step, kCap)
+        const auto got = c.ticks ? CKyGValueStepper::Ticks(c.first, c.max, c.step, kCap, c.perUnit)
                                  : Values(CKyGValueStepper::Stepped(c.first, c.max, c.step));
         EXPECT_EQ(got, c.expected) << c.first << " " << c.step;
     }
