@@ -1,17 +1,8 @@
 #include <kygraph/KyGChart.h>
 
-#include <kygraph/KyGASChart.h>
-#include <kygraph/KyGChartFrame.h>
+#include <kygraph/KyGBackground.h>
 #include <kygraph/KyGChartSetting.h>
-#include <kygraph/KyGDRuler.h>
 #include <kygraph/KyGDrawBase.h>
-#include <kygraph/KyGHRuler.h>
-#include <kygraph/KyGSameD.h>
-#include <kygraph/KyGSameH.h>
-#include <kygraph/KyGSameRH.h>
-#include <kygraph/KyGSameT.h>
-#include <kygraph/KyGStaPnt.h>
-#include <kygraph/KyGValueStepper.h>
 #include <kygraph/KyGraphModule.h>
 #include <kygraph/Saturate.h>
 
@@ -365,62 +356,9 @@ int CKyGChart::DrawAllChart()
     if (!HasWindow()) return 0;
     const CKyGChartSetting* set = Settings();
     const CKyGDrawHstSetting& hst = set->m_DrawHstSetting;
-    const CKyGRangeSetting& range = set->m_RangeSetting;
     // Every element goes through the singleton, whichever chart runs the redraw.
     CKyGChart* chart = GetKyGChart();
-
-    CKyGChartFrame frame;
-    frame.SetTitleEnable(hst.m_bShowTitle);
-    chart->Draw(&frame);
-
-    CKyGDRuler dRuler;
-    chart->Draw(&dRuler);
-
-    CKyGHRuler hRuler;
-    chart->Draw(&hRuler);
-
-    if (hst.m_bShowASChart) {
-        CKyGASChart protractor;
-        chart->Draw(&protractor);
-    }
-
-    if (hst.m_bShowSameD) {
-        CKyGSameD line;
-        for (const CKyGValueStepper::Step& step :
-             CKyGValueStepper::Stepped(range.GetMinD(), range.GetMaxD(), hst.m_dDInterval)) {
-            line.SetValue(step.value);
-            line.SetDimEnable(step.label);
-            chart->Draw(&line);
-        }
-    }
-
-    if (hst.m_bShowSameRH) {
-        CKyGSameRH curve;  // every curve keeps its label
-        for (double phi : CKyGValueStepper::RelativeHumidities(hst.m_dRHInterval)) {
-            curve.SetValue(phi);
-            chart->Draw(&curve);
-        }
-    }
-
-    if (hst.m_bShowSameT) {
-        CKyGSameT line;
-        for (const CKyGValueStepper::Step& step :
-             CKyGValueStepper::Stepped(range.GetMinT(), range.GetMaxT(), hst.m_dTInterval)) {
-            line.SetValue(step.value);
-            line.SetDimEnable(step.label);
-            chart->Draw(&line);
-        }
-    }
-
-    if (hst.m_bShowSameH) {
-        CKyGSameH line;
-        line.SetDimEnable(0);  // read on the enthalpy ruler instead
-        for (const CKyGValueStepper::Step& step :
-             CKyGValueStepper::Stepped(CKyGSameH::GetMinValue(), CKyGSameH::GetMaxValue(), hst.m_dHInterval)) {
-            line.SetValue(step.value);
-            chart->Draw(&line);
-        }
-    }
+    CKyGBackground::DrawBase(*chart, *set);
 
     {
         CResourceModule::Scope scope(KyGraphModule());
@@ -438,19 +376,7 @@ int CKyGChart::DrawAllChart()
         outdoor = m_StaPntW.SetBy_TdbandTwb(hst.m_dSummerOutTdb, hst.m_dSummerOutTwb);
         indoor = m_StaPntN.SetBy_TdbandRH(hst.m_dSummerInTdb, hst.m_dSummerInRH / 100.0);
     }
-    if (outdoor) {
-        CKyGStaPnt marker;
-        marker.SetValue(m_StaPntW);
-        marker.SetDimEnable(1);
-        marker.SetDimPosition(CKyGStaPnt::DimRight);
-        chart->Draw(&marker);
-    }
-    if (indoor) {
-        CKyGStaPnt marker;
-        marker.SetValue(m_StaPntN);
-        marker.SetDimEnable(1);
-        marker.SetDimPosition(CKyGStaPnt::DimLeft);
-        chart->Draw(&marker);
-    }
+    if (outdoor) CKyGBackground::DrawReferencePoint(*chart, m_StaPntW, true);
+    if (indoor) CKyGBackground::DrawReferencePoint(*chart, m_StaPntN, false);
     return 1;
 }

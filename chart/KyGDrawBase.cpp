@@ -1,6 +1,7 @@
 #include <kygraph/KyGDrawBase.h>
 
 #include <kygraph/Brush.h>
+#include <kygraph/KyGChartSetting.h>
 #include <kygraph/Font.h>
 #include <kygraph/Pen.h>
 #include <kygraph/Saturate.h>
@@ -165,4 +166,23 @@ int CKyGDrawBase::DrawPolygonAlpha(CDC* pDC, const CVoArray<CPoint>& points, COL
     std::vector<POINT> pts(static_cast<size_t>(points.GetSize()));
     for (int i = 0; i < points.GetSize(); ++i) pts[i] = points[i];
     return pDC->FillPolygonAlpha(pts.data(), points.GetSize(), color, static_cast<BYTE>(std::clamp(alpha, 0, 255)));
+}
+
+CSize CKyGDrawBase::CStyledPen::Measure(const CString& text) const
+{
+    return GetTextExtent(m_pDC, Ky::TruncToInt(m_style.nTextHeight * m_dScale), text);
+}
+
+const CKyGChartSetting& CKyGDrawBase::Settings() { return *CKyGChartSetting::GetKyGChartSetting(); }
+
+CKyGDrawBase::CStyledPen CKyGDrawBase::Pen(CDC* pDC, const tagKyLineStyle& style)
+{
+    return CStyledPen(pDC, style, Settings().GetDrawScale());
+}
+
+CString CKyGDrawBase::LoadText(UINT id)
+{
+    CString s;
+    s.LoadString(id);
+    return s;
 }

@@ -1,11 +1,13 @@
 // CKyGDrawBase: the abstract base of every drawable chart element, and the static drawing
 // primitives through which all elements draw. Each primitive creates the pen, brush or font
 // it needs, selects it, draws, restores what was selected and destroys what it created, so
-// elements never leave GDI state behind.
+// elements never leave GDI state behind. It also gives every element the settings it reads and
+// its pen and font of one line style at the current draw scale.
 #pragma once
 
 #include <kygraph/DC.h>
 #include <kygraph/KyExport.h>
+#include <kygraph/KyLineStyle.h>
 #include <kygraph/KyObject.h>
 #include <kygraph/Point.h>
 #include <kygraph/Rect.h>
@@ -14,6 +16,7 @@
 #include <kygraph/VoArray.h>
 
 class CKyGChart;
+class CKyGChartSetting;
 
 class KYGRAPH_API CKyGDrawBase : public CKyObject {
     friend class CKyGChart;
@@ -59,6 +62,45 @@ public:
 protected:
     // Draws the element; 1 when drawn, 0 when not (reason in the last-error text).
     virtual int Draw(CDC* pDC) = 0;
+
+    // The primitives bound to one line style and draw scale, so an element draws "in its
+    // style" the same way everywhere: lines, arcs and polylines with the style's pen, texts at
+    // nTextHeight x scale in its colour, measured at trunc(nTextHeight x scale).
+    class KYGRAPH_API CStyledPen {
+    public:
+        CStyledPen(CDC* pDC, const tagKyLineStyle& style, double scale) : m_pDC(pDC), m_style(style), m_dScale(scale) {}
+        int Line(CPoint from, CPoint to) const { return DrawLine(m_pDC, from, to, Style(), Width(), Color()); }
+        int Arc(RECT bounds, CPoint start, CPoint end) const
+        {
+            return DrawArc(m_pDC, &bounds, start, end, Style(), Width(), Color());
+        }
+        int PolyLine(const CVoArray<CPoint>& points) const
+        {
+            return DrawPolyLine(m_pDC, points, Style(), Width(), Color());
+        }
+        int Text(CPoint at, double angle, const CString& text) const
+        {
+            return DrawTextW(m_pDC, at, m_style.nTextHeight * m_dScale, angle, Color(), text);
+        }
+        CSize Measure(const CString& text) const;
+        double Scale() const { return m_dScale; }
+
+    private:
+        int Style() const { return m_style.nPenStyle; }
+        int Width() const { return m_style.nWidth; }
+        COLORREF Color() const { return m_style.crColor; }
+
+        CDC* m_pDC;
+        tagKyLineStyle m_style;
+        double m_dScale;
+    };
+
+    // The settings every element reads: the singleton's, whichever chart draws it.
+    static const CKyGChartSetting& Settings();
+    // A pen of style at the settings' draw scale.
+    static CStyledPen Pen(CDC* pDC, const tagKyLineStyle& style);
+    // A string-table entry of the current module; empty when it has none.
+    static CString LoadText(UINT id);
 
     CKyGChart* m_pChart = nullptr;
 };

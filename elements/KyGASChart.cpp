@@ -7,8 +7,6 @@
 #include <kygraph/Saturate.h>
 #include <kygraph/StringUtils.h>
 
-#include "internal/KyGStyledDraw.h"
-
 #include <cmath>
 #include <cstdlib>
 #include <numbers>
@@ -49,9 +47,8 @@ CString CKyGASChart::toString() const { return CString(L"CKyGASChart"); }
 bool CKyGASChart::DrawLabelLine(CDC* pDC, CPoint ptCenter, double dx, double dy, double length, CString text,
                                 int outer)
 {
-    const CKyGChartSetting* set = CKyGChartSetting::GetKyGChartSetting();
-    const double k = set->GetDrawScale();
-    const KyGStyledDraw pen{pDC, set->m_StyleSetting.m_ASChartStyle, k};
+    const CStyledPen pen = Pen(pDC, Settings().m_StyleSetting.m_ASChartStyle);
+    const double k = pen.Scale();
     const double radius = (outer ? kOuterRadius : kInnerRadius) * k;
     const double sign = outer ? 1.0 : -1.0;
 
@@ -77,11 +74,9 @@ int CKyGASChart::Draw(CDC* pDC)
     if (chart == nullptr) return 0;
     CResourceModule::Scope scope(KyGraphModule());
 
-    const CKyGChartSetting* set = CKyGChartSetting::GetKyGChartSetting();
-    const CKyGRangeSetting& range = set->m_RangeSetting;
-    const double k = set->GetDrawScale();
-    const tagKyLineStyle style = set->m_StyleSetting.m_ASChartStyle;
-    const KyGStyledDraw pen{pDC, style, k};
+    const CKyGRangeSetting& range = Settings().m_RangeSetting;
+    const CStyledPen pen = Pen(pDC, Settings().m_StyleSetting.m_ASChartStyle);
+    const double k = pen.Scale();
 
     const int inset = Ky::TruncToInt(-50.0 * k - 24.0 * k);
     const CPoint M(Ky::SatAdd(chart->GetChartMaxPoint().x, inset), Ky::SatAdd(chart->GetOrigin().y, inset));
@@ -155,7 +150,7 @@ int CKyGASChart::Draw(CDC* pDC)
     const CString kjUnit(L"kJ/kg");
     CSize ext = pen.Measure(kjUnit);
     pen.Text(top - ext, 0.0, kjUnit);
-    const CString title = KyGLoadString(IDS_ASCHART_TITLE);
+    const CString title = LoadText(IDS_ASCHART_TITLE);
     ext = pen.Measure(title);
     pen.Text(CPoint(Ky::SatSub(M.x, Ky::TruncToInt(6.0 * k + 2.0 * k)), Ky::SatSub(M.y, (-ext.cx) / 2)), 90.0, title);
 

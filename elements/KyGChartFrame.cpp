@@ -7,8 +7,6 @@
 #include <kygraph/KyStaPnt.h>
 #include <kygraph/Saturate.h>
 
-#include "internal/KyGStyledDraw.h"
-
 #include <cstdint>
 
 namespace {
@@ -31,9 +29,9 @@ int CKyGChartFrame::Draw(CDC* pDC)
     const CKyGChartSetting* set = CKyGChartSetting::GetKyGChartSetting();
     const CKyGStyleSetting& styles = set->m_StyleSetting;
     const double s = set->GetDrawScale();
-    const KyGStyledDraw frame{pDC, styles.m_FrameStyle, s};
-    const KyGStyledDraw dPen{pDC, styles.m_SameDStyle, s};
-    const KyGStyledDraw tPen{pDC, styles.m_SameTStyle, s};
+    const CStyledPen frame = Pen(pDC, styles.m_FrameStyle);
+    const CStyledPen dPen = Pen(pDC, styles.m_SameDStyle);
+    const CStyledPen tPen = Pen(pDC, styles.m_SameTStyle);
 
     const CPoint O = chart->GetOrigin();
     const CPoint M = chart->GetChartMaxPoint();
@@ -44,7 +42,7 @@ int CKyGChartFrame::Draw(CDC* pDC)
 
     if (m_bTitleEnable) {
         const CPoint P = B + CSize(halfBodyWidth, 0);
-        const CString kcal = KyGLoadString(IDS_FORMULA_KCAL);
+        const CString kcal = LoadText(IDS_FORMULA_KCAL);
         const CSize row = frame.Measure(kcal);
         const int w = row.cx, h = row.cy;
         const int x0 = Ky::SatSub(P.x, w / 2);
@@ -53,16 +51,16 @@ int CKyGChartFrame::Draw(CDC* pDC)
 
         frame.Line(CPoint(x0, y0), CPoint(x1, y0));
         frame.Text(CPoint(x0, RowUp(y0, 2, h)), 0.0, kcal);
-        frame.Text(CPoint(x0, RowUp(y0, 3, h)), 0.0, KyGLoadString(IDS_FORMULA_KJ));
+        frame.Text(CPoint(x0, RowUp(y0, 3, h)), 0.0, LoadText(IDS_FORMULA_KJ));
 
         const double b = CKyChart::InstanceGloble()->GetGlobleB();
         CString pressure;
-        pressure.Format(KyGLoadString(IDS_PRESSURE_FORMAT).GetString(), b, b * 0.0075);
+        pressure.Format(LoadText(IDS_PRESSURE_FORMAT).GetString(), b, b * 0.0075);
         frame.Text(CPoint(x0, RowUp(y0, 5, h)), 0.0, pressure);
 
         // Centred by the width in the font the DC holds now, not in the frame's font:
         // intended, the title is centred only when the two agree.
-        const CString title = KyGLoadString(IDS_CHART_TITLE);
+        const CString title = LoadText(IDS_CHART_TITLE);
         const int tw = pDC ? pDC->GetTextExtent(title).cx : 0;
         frame.Text(CPoint(Ky::SatSub(Ky::SatAdd(x0, w / 2), tw / 2), RowUp(y0, 7, h)), 0.0, title);
 
@@ -74,7 +72,7 @@ int CKyGChartFrame::Draw(CDC* pDC)
     frame.Line(M, CPoint(M.x, O.y));
     frame.Line(CPoint(M.x, O.y), O);
 
-    const CString dTitle = KyGLoadString(IDS_D_AXIS_TITLE);
+    const CString dTitle = LoadText(IDS_D_AXIS_TITLE);
     const CSize dSize = dPen.Measure(dTitle);
     dPen.Text(CPoint(Ky::SatSub(Ky::SatAdd(A.x, halfBodyWidth), dSize.cx / 2),
                      Ky::SatSub(Ky::TruncToInt(A.y - 6.0 * s), dSize.cy)),
@@ -93,7 +91,7 @@ int CKyGChartFrame::Draw(CDC* pDC)
     dPen.Line(A, B);
 
     // Starts at the middle of the left edge rather than centred along it: intended.
-    const CString tTitle = KyGLoadString(IDS_T_AXIS_TITLE);
+    const CString tTitle = LoadText(IDS_T_AXIS_TITLE);
     const CSize tSize = tPen.Measure(tTitle);
     tPen.Text(CPoint(Ky::SatSub(Ky::TruncToInt(A.x - 6.0 * s), tSize.cy), Ky::SatAdd(A.y, (B - A).cy / 2)), 90.0,
               tTitle);

@@ -3,11 +3,10 @@
 #include <kygraph/KyChart.h>
 #include <kygraph/KyGChart.h>
 #include <kygraph/KyGChartSetting.h>
+#include <kygraph/KyGValueStepper.h>
 #include <kygraph/KyGraphModule.h>
 #include <kygraph/Saturate.h>
 #include <kygraph/StringUtils.h>
-
-#include "internal/KyGStyledDraw.h"
 
 #include <cmath>
 
@@ -17,21 +16,13 @@ namespace {
 // ends here whatever its bounds.
 constexpr int kMaxTicks = 4096;
 
-// Visits the tick values of one scale: from lo upward, each the next multiple of 0.5 above
-// the last (a whole multiple steps a full 0.5), the last one clamped to hi. Stops on
-// non-finite bounds, on a step that does not advance, and after kMaxTicks values.
+// Visits the ticks of one scale: each next multiple of 0.5 above lo, the last clamped to hi,
+// with whether it is long (whole, or the end) and labelled (a multiple of 5).
 template <class Visit>
 void ForEachTick(double lo, double hi, Visit visit)
 {
-    if (!std::isfinite(lo) || !std::isfinite(hi)) return;
-    double v = lo;
-    for (int n = 0; v < hi && n < kMaxTicks; ++n) {
-        double next = v + (5.0 - std::fmod(v * 10.0, 5.0)) / 10.0;
-        if (!(next > v)) return;
-        if (next > hi) next = hi;
-        v = next;
+    for (double v : CKyGValueStepper::Ticks(lo, hi, 0.5, kMaxTicks, 10.0))
         visit(v, std::fmod(v * 10.0, 10.0) == 0.0 || v == hi, std::fmod(v, 5.0) == 0.0);
-    }
 }
 
 // y moved up (negative k) or down by k, the sum truncated.
@@ -49,11 +40,9 @@ int CKyGDRuler::Draw(CDC* pDC)
     if (chart == nullptr) return 0;
     CResourceModule::Scope scope(KyGraphModule());
 
-    const CKyGChartSetting* set = CKyGChartSetting::GetKyGChartSetting();
-    const CKyGRangeSetting& range = set->m_RangeSetting;
-    const double s = set->GetDrawScale();
-    const tagKyLineStyle style = set->m_StyleSetting.m_ASChartStyle;
-    const KyGStyledDraw pen{pDC, style, s};
+    const CKyGRangeSetting& range = Settings().m_RangeSetting;
+    const CStyledPen pen = Pen(pDC, Settings().m_StyleSetting.m_ASChartStyle);
+    const double s = pen.Scale();
 
     const CPoint L = MovedY(chart->GetChartOrigin(), -25.0 * s);
     const CPoint R = MovedY(chart->GetMaxTAndMaxDPnt(), -25.0 * s);
@@ -71,7 +60,7 @@ int CKyGDRuler::Draw(CDC* pDC)
     CSize ext = pen.Measure(paUnit);
     pen.Text(L + CSize((-ext.cx) / 2, Ky::TruncToInt(-6.0 * s - ext.cy / 2)), 0.0, paUnit);
     pen.Line(L, R);
-    const CString title = KyGLoadString(IDS_DRULER_TITLE);
+    const CString title = LoadText(IDS_DRULER_TITLE);
     ext = pen.Measure(title);
     pen.Text(L + CSize(W / 2 - ext.cx / 2, Ky::TruncToInt(-6.0 * s * 2.0 - ext.cy)), 0.0, title);
 

@@ -2,12 +2,11 @@
 
 #include <kygraph/KyGChart.h>
 #include <kygraph/KyGChartSetting.h>
+#include <kygraph/KyGValueStepper.h>
 #include <kygraph/KyGraphModule.h>
 #include <kygraph/KyStaPnt.h>
 #include <kygraph/Saturate.h>
 #include <kygraph/StringUtils.h>
-
-#include "internal/KyGStyledDraw.h"
 
 #include <cmath>
 #include <numbers>
@@ -19,24 +18,6 @@ namespace {
 constexpr int kMaxTicks = 8192;
 
 constexpr double kKcalPerKJ = 0.2389;
-
-// Visits the tick values of one scale: from lo upward, v + step - fmod(v, step) (fmod keeps
-// the sign, so a negative start off the grid lands on the second multiple above it, as the
-// line families do), the last one clamped to hi. Stops on non-finite bounds, on a step that
-// does not advance, and after kMaxTicks values.
-template <class Visit>
-void ForEachTick(double lo, double hi, double step, Visit visit)
-{
-    if (!std::isfinite(lo) || !std::isfinite(hi)) return;
-    double v = lo;
-    for (int n = 0; v < hi && n < kMaxTicks; ++n) {
-        double next = v + step - std::fmod(v, step);
-        if (!(next > v)) return;
-        if (next > hi) next = hi;
-        v = next;
-        visit(v);
-    }
-}
 
 }  // namespace
 
@@ -50,11 +31,9 @@ int CKyGHRuler::Draw(CDC* pDC)
     if (chart == nullptr) return 0;
     CResourceModule::Scope scope(KyGraphModule());
 
-    const CKyGChartSetting* set = CKyGChartSetting::GetKyGChartSetting();
-    const CKyGRangeSetting& range = set->m_RangeSetting;
-    const double s = set->GetDrawScale();
-    const tagKyLineStyle style = set->m_StyleSetting.m_SameHStyle;
-    const KyGStyledDraw pen{pDC, style, s};
+    const CKyGRangeSetting& range = Settings().m_RangeSetting;
+    const CStyledPen pen = Pen(pDC, Settings().m_StyleSetting.m_SameHStyle);
+    const double s = pen.Scale();
 
     const double a = chart->GetHAngle();
     const double ca = std::cos(a);
@@ -81,11 +60,11 @@ int CKyGHRuler::Draw(CDC* pDC)
 
     // kJ/kg on the inner side: every 5 long, every 10 labelled and drawn on to the curve.
     pen.Line(S, A);
-    pen.Text(along(S, -6.0), textAngle, KyGLoadString(IDS_HRULER_KJ));
+    pen.Text(along(S, -6.0), textAngle, LoadText(IDS_HRULER_KJ));
     CPoint prev = S;
-    ForEachTick(hmin, hmax, 1.0, [&](double h) {
+    for (double h : CKyGValueStepper::Ticks(hmin, hmax, 1.0, kMaxTicks)) {
         CPoint c0;
-        if (!saturation(h, c0)) return;
+        if (!saturation(h, c0)) continue;
         const CPoint c = along(c0, 18.0);
         CPoint t = along(c, (std::fmod(h, 5.0) == 0.0 || h == hmax) ? -6.0 : -3.0);
         if (std::fmod(h, 10.0) == 0.0) {
@@ -96,7 +75,7 @@ int CKyGHRuler::Draw(CDC* pDC)
         pen.Line(c, t);
         pen.Line(prev, c);
         prev = c;
-    });
+    }
 
     // kcal/kg on the outer side: every 0.5 short, every whole one long and labelled. The ruler
     // path is drawn a second time along these samples.
@@ -106,11 +85,11 @@ int CKyGHRuler::Draw(CDC* pDC)
     // Here the offset is truncated before it is added, unlike along().
     const CPoint E = S + CSize(Ky::TruncToInt(ca * 6.0 * s), Ky::TruncToInt(sa * 6.0 * s));
     pen.Line(S, E);
-    pen.Text(E, textAngle, KyGLoadString(IDS_HRULER_KCAL));
+    pen.Text(E, textAngle, LoadText(IDS_HRULER_KCAL));
     prev = S;
-    ForEachTick(hmin, hmax, 0.5, [&](double g) {
+    for (double g : CKyGValueStepper::Ticks(hmin, hmax, 0.5, kMaxTicks)) {
         CPoint c0;
-        if (!saturation(g / kKcalPerKJ, c0)) return;
+        if (!saturation(g / kKcalPerKJ, c0)) continue;
         const CPoint c = along(c0, 18.0);
         const bool whole = std::fmod(g, 1.0) == 0.0;
         const CPoint t = along(c, (whole || g == hmax) ? 6.0 : 3.0);
@@ -118,6 +97,6 @@ int CKyGHRuler::Draw(CDC* pDC)
         pen.Line(c, t);
         pen.Line(prev, c);
         prev = c;
-    });
+    }
     return 1;
 }

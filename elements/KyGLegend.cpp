@@ -1,5 +1,6 @@
 #include <kygraph/KyGLegend.h>
 
+#include <kygraph/KyGBackground.h>
 #include <kygraph/KyGChart.h>
 #include <kygraph/KyGChartSetting.h>
 #include <kygraph/KyGDataSet.h>
@@ -8,7 +9,6 @@
 #include <kygraph/Saturate.h>
 
 #include "internal/KyGPlotMap.h"
-#include "internal/KyGStyledDraw.h"
 
 #include <algorithm>
 #include <cmath>
@@ -125,31 +125,20 @@ int CKyGLegend::Draw(CDC* pDC)
     CResourceModule::Scope scope(KyGraphModule());
     CKyGChart* chart = GetChart();
     if (chart == nullptr) return 0;
-    const CKyGChartSetting* set = CKyGChartSetting::GetKyGChartSetting();
-    const CKyGStyleSetting& st = set->m_StyleSetting;
-    const CKyGDrawHstSetting& hst = set->m_DrawHstSetting;
-    const CKyGOverlaySetting& ov = set->m_OverlaySetting;
-    const tagKyLineStyle frame = ov.m_LegendStyle;
-    const double k = set->GetDrawScale();
-    const KyGStyledDraw text{pDC, frame, k};
+    const CKyGOverlaySetting& ov = Settings().m_OverlaySetting;
+    const CStyledPen text = Pen(pDC, ov.m_LegendStyle);
+    const double k = text.Scale();
 
     std::vector<Entry> rows;
     if (m_bFamilies) {
-        auto family = [&rows](int on, UINT id, const tagKyLineStyle& style) {
-            if (!on) return;
+        for (const CKyGBackground::Shown& f : CKyGBackground::ShownFamilies()) {
             Entry e;
-            e.text = KyGLoadString(id);
-            e.color = style.crColor;
-            e.penStyle = style.nPenStyle;
-            e.penWidth = style.nWidth;
+            e.text = LoadText(f.text);
+            e.color = f.style->crColor;
+            e.penStyle = f.style->nPenStyle;
+            e.penWidth = f.style->nWidth;
             rows.push_back(e);
-        };
-        family(hst.m_bShowSameT, IDS_LEGEND_ISOTHERMS, st.m_SameTStyle);
-        family(hst.m_bShowSameD, IDS_LEGEND_D_LINES, st.m_SameDStyle);
-        family(hst.m_bShowSameH, IDS_LEGEND_H_LINES, st.m_SameHStyle);
-        family(hst.m_bShowSameRH, IDS_LEGEND_RH_CURVES, st.m_SameRHStyle);
-        family(ov.m_bShowSameTwb, IDS_LEGEND_TWB_LINES, ov.m_SameTwbStyle);
-        family(ov.m_bShowSameV, IDS_LEGEND_V_LINES, ov.m_SameVStyle);
+        }
     }
     rows.insert(rows.end(), m_Entries.begin(), m_Entries.end());
     if (rows.empty()) {
@@ -174,9 +163,9 @@ int CKyGLegend::Draw(CDC* pDC)
     border.Add(CPoint(m_rcPlaced.right, m_rcPlaced.bottom));
     border.Add(CPoint(m_rcPlaced.left, m_rcPlaced.bottom));
     border.Add(CPoint(m_rcPlaced.left, m_rcPlaced.top));
-    DrawPolyLine(pDC, border, frame.nPenStyle, frame.nWidth, frame.crColor);
+    text.PolyLine(border);
 
-    const tagKyLineStyle process = st.m_ProcessStyle;
+    const tagKyLineStyle process = Settings().m_StyleSetting.m_ProcessStyle;
     const tagKyPntStyle data = ov.m_DataStyle;
     for (size_t i = 0; i < rows.size(); ++i) {
         const Entry& e = rows[i];

@@ -1,11 +1,10 @@
 #include <kygraph/KyGSameD.h>
 
+#include <kygraph/KyGBackground.h>
 #include <kygraph/KyGChart.h>
 #include <kygraph/KyGChartSetting.h>
 #include <kygraph/KyStaPnt.h>
 #include <kygraph/StringUtils.h>
-
-#include "internal/KyGStyledDraw.h"
 
 CKyGSameD::CKyGSameD(CKyGChart* pChart) : CKyGSameLine(pChart, 0.0) {}
 
@@ -13,10 +12,8 @@ int CKyGSameD::Draw(CDC* pDC)
 {
     CKyGChart* chart = GetChart();
     if (chart == nullptr) return 0;
-    const CKyGChartSetting* set = CKyGChartSetting::GetKyGChartSetting();
-    const CKyGRangeSetting& range = set->m_RangeSetting;
-    const tagKyLineStyle style = set->m_StyleSetting.m_SameDStyle;
-    const KyGStyledDraw pen{pDC, style, set->GetDrawScale()};
+    const CKyGRangeSetting& range = Settings().m_RangeSetting;
+    const CStyledPen pen = Pen(pDC, CKyGBackground::Style(*this));
     const double d = m_dValue;
 
     // A: the lower end, on the saturation curve or, below the minimum temperature, on the

@@ -1,13 +1,12 @@
 #include <kygraph/KyGSameH.h>
 
+#include <kygraph/KyGBackground.h>
 #include <kygraph/KyGChart.h>
 #include <kygraph/KyGChartSetting.h>
 #include <kygraph/KyGraphModule.h>
 #include <kygraph/KyStaPnt.h>
 #include <kygraph/Saturate.h>
 #include <kygraph/StringUtils.h>
-
-#include "internal/KyGStyledDraw.h"
 
 #include <cmath>
 
@@ -24,10 +23,8 @@ int CKyGSameH::Draw(CDC* pDC)
     CResourceModule::Scope scope(KyGraphModule());
     CKyGChart* chart = GetChart();
     if (chart == nullptr) return 0;
-    const CKyGChartSetting* set = CKyGChartSetting::GetKyGChartSetting();
-    const CKyGRangeSetting& range = set->m_RangeSetting;
-    const tagKyLineStyle style = set->m_StyleSetting.m_SameHStyle;
-    const KyGStyledDraw pen{pDC, style, set->GetDrawScale()};
+    const CKyGRangeSetting& range = Settings().m_RangeSetting;
+    const CStyledPen pen = Pen(pDC, CKyGBackground::Style(*this));
     const double h = m_dValue;
     const double angle = chart->GetHAngle();  // radians below the horizontal
 

@@ -1,13 +1,12 @@
 #include <kygraph/KyGSameRH.h>
 
+#include <kygraph/KyGBackground.h>
 #include <kygraph/KyGChart.h>
 #include <kygraph/KyGChartSetting.h>
 #include <kygraph/KyStaPnt.h>
 #include <kygraph/Saturate.h>
 #include <kygraph/StringUtils.h>
 #include <kygraph/VoArray.h>
-
-#include "internal/KyGStyledDraw.h"
 
 #include <cmath>
 
@@ -32,10 +31,8 @@ int CKyGSameRH::Draw(CDC* pDC)
 {
     CKyGChart* chart = GetChart();
     if (chart == nullptr) return 0;
-    const CKyGChartSetting* set = CKyGChartSetting::GetKyGChartSetting();
-    const CKyGRangeSetting& range = set->m_RangeSetting;
-    const tagKyLineStyle style = set->m_StyleSetting.m_SameRHStyle;
-    const KyGStyledDraw pen{pDC, style, set->GetDrawScale()};
+    const CKyGRangeSetting& range = Settings().m_RangeSetting;
+    const CStyledPen pen = Pen(pDC, CKyGBackground::Style(*this));
     const double phi = m_dValue;
 
     CKyStaPnt p;
@@ -75,7 +72,7 @@ int CKyGSameRH::Draw(CDC* pDC)
         t = next;
         if (!p.SetBy_TdbandRH(t, phi)) break;
     }
-    DrawPolyLine(pDC, points, style.nPenStyle, style.nWidth, style.crColor);
+    pen.PolyLine(points);
 
     // A curve that never entered the chart has no end to label.
     if (m_bDimEnable && !points.IsEmpty()) {

@@ -1,11 +1,10 @@
 #include <kygraph/KyGSameT.h>
 
+#include <kygraph/KyGBackground.h>
 #include <kygraph/KyGChart.h>
 #include <kygraph/KyGChartSetting.h>
 #include <kygraph/KyStaPnt.h>
 #include <kygraph/StringUtils.h>
-
-#include "internal/KyGStyledDraw.h"
 
 CKyGSameT::CKyGSameT(CKyGChart* pChart) : CKyGSameLine(pChart, -30.0) {}
 
@@ -13,10 +12,8 @@ int CKyGSameT::Draw(CDC* pDC)
 {
     CKyGChart* chart = GetChart();
     if (chart == nullptr) return 0;
-    const CKyGChartSetting* set = CKyGChartSetting::GetKyGChartSetting();
-    const CKyGRangeSetting& range = set->m_RangeSetting;
-    const tagKyLineStyle style = set->m_StyleSetting.m_SameTStyle;
-    const KyGStyledDraw pen{pDC, style, set->GetDrawScale()};
+    const CKyGRangeSetting& range = Settings().m_RangeSetting;
+    const CStyledPen pen = Pen(pDC, CKyGBackground::Style(*this));
     const double t = m_dValue;
 
     // A: the left end, on the chart's left edge.

@@ -1,5 +1,6 @@
 #include <kygraph/KyGSameTwb.h>
 
+#include <kygraph/KyGBackground.h>
 #include <kygraph/KyGChart.h>
 #include <kygraph/KyGChartSetting.h>
 #include <kygraph/KyGraphModule.h>
@@ -7,7 +8,6 @@
 #include <kygraph/StringUtils.h>
 
 #include "internal/KyGPlotMap.h"
-#include "internal/KyGStyledDraw.h"
 
 #include <cmath>
 
@@ -27,21 +27,20 @@ int CKyGSameTwb::Draw(CDC* pDC)
     CResourceModule::Scope scope(KyGraphModule());
     CKyGChart* chart = GetChart();
     if (chart == nullptr) return 0;
-    const CKyGChartSetting* set = CKyGChartSetting::GetKyGChartSetting();
-    const tagKyLineStyle style = set->m_OverlaySetting.m_SameTwbStyle;
-    const KyGStyledDraw pen{pDC, style, set->GetDrawScale()};
+    const CKyGChartSetting& set = Settings();
+    const CStyledPen pen = Pen(pDC, CKyGBackground::Style(*this));
     const double twb = m_dValue;
 
     CKyStaPnt p;
     if (!p.SetBy_TdbandTwb(twb, twb)) return FailWith(p);
     KyGPlotMap map;
-    if (!map.Init(*chart, *set)) {
+    if (!map.Init(*chart, set)) {
         m_strLastError.LoadString(IDS_OUT_OF_DRAW_RANGE);
         return 0;
     }
     // From saturation (t = twb) towards higher dry bulbs until the air is dry or the chart's
     // top is passed.
-    const double tTop = std::max(set->m_RangeSetting.GetMinT(), set->m_RangeSetting.GetMaxT()) + 10.0;
+    const double tTop = std::max(set.m_RangeSetting.GetMinT(), set.m_RangeSetting.GetMaxT()) + 10.0;
     std::vector<KyGPixel> line;
     line.push_back(map.Map(p.GetH(), p.GetD()));
     for (int i = 1; i < kMaxSamples; ++i) {
@@ -63,7 +62,7 @@ int CKyGSameTwb::Draw(CDC* pDC)
         if (t > tTop) break;
     }
     const auto pieces = map.ClipPolyline(line);
-    for (const auto& piece : pieces) DrawPolyLine(pDC, piece, style.nPenStyle, style.nWidth, style.crColor);
+    for (const auto& piece : pieces) pen.PolyLine(piece);
 
     if (m_bDimEnable && !pieces.empty() && map.Inside(line.front())) {
         // Left of and above the saturated end, where the isotherm of the same value starts.

@@ -1,5 +1,6 @@
 #include <kygraph/KyGSameV.h>
 
+#include <kygraph/KyGBackground.h>
 #include <kygraph/KyGChart.h>
 #include <kygraph/KyGChartSetting.h>
 #include <kygraph/KyGraphModule.h>
@@ -7,7 +8,6 @@
 #include <kygraph/StringUtils.h>
 
 #include "internal/KyGPlotMap.h"
-#include "internal/KyGStyledDraw.h"
 
 #include <cmath>
 
@@ -50,16 +50,16 @@ int CKyGSameV::Draw(CDC* pDC)
     CResourceModule::Scope scope(KyGraphModule());
     CKyGChart* chart = GetChart();
     if (chart == nullptr) return 0;
-    const CKyGChartSetting* set = CKyGChartSetting::GetKyGChartSetting();
-    const tagKyLineStyle style = set->m_OverlaySetting.m_SameVStyle;
-    const KyGStyledDraw pen{pDC, style, set->GetDrawScale()};
+    const CKyGChartSetting& set = Settings();
+    const CStyledPen pen = Pen(pDC, CKyGBackground::Style(*this));
     const double v = m_dValue;
     KyGPlotMap map;
-    if (!map.Init(*chart, *set)) {
+    if (!map.Init(*chart, set)) {
         m_strLastError.LoadString(IDS_OUT_OF_DRAW_RANGE);
         return 0;
     }
-    const double tMax = std::min(CKyStaPnt::kMaxTdb, std::max(set->m_RangeSetting.GetMinT(), set->m_RangeSetting.GetMaxT()) + 40.0);
+    const CKyGRangeSetting& range = set.m_RangeSetting;
+    const double tMax = std::min(CKyStaPnt::kMaxTdb, std::max(range.GetMinT(), range.GetMaxT()) + 40.0);
 
     // Where the line meets saturation: v grows along the saturation curve with t.
     CKyStaPnt s;
@@ -95,7 +95,7 @@ int CKyGSameV::Draw(CDC* pDC)
         if (std::isfinite(t) && q.SetBy_DandTdb(std::min(d, dSat), t)) line.push_back(map.Map(q.GetH(), q.GetD()));
     }
     const auto pieces = map.ClipPolyline(line);
-    for (const auto& piece : pieces) DrawPolyLine(pDC, piece, style.nPenStyle, style.nWidth, style.crColor);
+    for (const auto& piece : pieces) pen.PolyLine(piece);
 
     if (m_bDimEnable && !pieces.empty() && !line.empty() && map.Inside(line.back())) {
         // Below and right of the saturated end, where the supersaturated side of the chart is
