@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace {
 
@@ -67,72 +68,64 @@ void CKyGZone::ClearBounds(Quantity q)
 double CKyGZone::GetLow(Quantity q) const { return q >= 0 && q < kQuantityCount ? m_dLow[q] : -kInf; }
 double CKyGZone::GetHigh(Quantity q) const { return q >= 0 && q < kQuantityCount ? m_dHigh[q] : kInf; }
 
+namespace {
+
+// One row per preset: its key in scene files, its bounds (NaN: not bounded), name and colour.
+struct PresetRow {
+    CKyGZone::Preset preset;
+    const char* key;
+    double tdbLow, tdbHigh, rhLow, rhHigh, dHigh;
+    const wchar_t* name;
+    COLORREF color;
+};
+
+constexpr double kOpen = std::numeric_limits<double>::quiet_NaN();
+
+// GB 50736-2012, Design code for heating ventilation and air conditioning of civil buildings,
+// 3.0.2 (rooms where people stay long): cooling I 24-26 °C with 40-60 % RH, cooling II 26-28 °C
+// with RH at most 70 %, heating I 22-24 °C with RH at least 30 %, heating II 18-22 °C with no
+// humidity requirement.
+// ASHRAE Standard 55-1992, 5.1: the winter zone 20-23.5 °C and the summer zone 22.5-26 °C
+// (operative temperature, sedentary people, about 1.0 and 0.5 clo); RH 30-60 % as that edition
+// recommends; and the humidity ratio at most 0.012 (12 g/kg) that the standard has kept as the
+// upper limit of its graphic zone since the 2004 edition.
+const PresetRow kPresets[] = {
+    {CKyGZone::GB50736_Summer_I, "gb50736-summer-1", 24.0, 26.0, 0.40, 0.60, kOpen, L"GB 50736 夏季 I级", RGB(230, 120, 40)},
+    {CKyGZone::GB50736_Summer_II, "gb50736-summer-2", 26.0, 28.0, 0.0, 0.70, kOpen, L"GB 50736 夏季 II级", RGB(220, 170, 40)},
+    {CKyGZone::GB50736_Winter_I, "gb50736-winter-1", 22.0, 24.0, 0.30, 1.0, kOpen, L"GB 50736 冬季 I级", RGB(40, 120, 220)},
+    {CKyGZone::GB50736_Winter_II, "gb50736-winter-2", 18.0, 22.0, kOpen, kOpen, kOpen, L"GB 50736 冬季 II级", RGB(60, 170, 200)},
+    {CKyGZone::ASHRAE55_Summer, "ashrae55-summer", 22.5, 26.0, 0.30, 0.60, 12.0, L"ASHRAE 55 夏季", RGB(200, 60, 60)},
+    {CKyGZone::ASHRAE55_Winter, "ashrae55-winter", 20.0, 23.5, 0.30, 0.60, 12.0, L"ASHRAE 55 冬季", RGB(90, 90, 200)},
+};
+
+const PresetRow* FindPreset(CKyGZone::Preset preset)
+{
+    for (const PresetRow& row : kPresets)
+        if (row.preset == preset) return &row;
+    return nullptr;
+}
+
+}  // namespace
+
 const char* CKyGZone::PresetKey(Preset preset)
 {
-    switch (preset) {
-    case GB50736_Summer_I: return "gb50736-summer-1";
-    case GB50736_Summer_II: return "gb50736-summer-2";
-    case GB50736_Winter_I: return "gb50736-winter-1";
-    case GB50736_Winter_II: return "gb50736-winter-2";
-    case ASHRAE55_Summer: return "ashrae55-summer";
-    case ASHRAE55_Winter: return "ashrae55-winter";
-    default: return nullptr;
-    }
+    const PresetRow* row = FindPreset(preset);
+    return row ? row->key : nullptr;
 }
 
 CKyGZone CKyGZone::FromPreset(Preset preset)
 {
     CKyGZone z;
-    switch (preset) {
-    // GB 50736-2012, Design code for heating ventilation and air conditioning of civil
-    // buildings, 3.0.2 (rooms where people stay long): cooling I 24-26 °C with 40-60 % RH,
-    // cooling II 26-28 °C with RH at most 70 %, heating I 22-24 °C with RH at least 30 %,
-    // heating II 18-22 °C with no humidity requirement.
-    case GB50736_Summer_I:
-        z.SetBounds(Tdb, 24.0, 26.0);
-        z.SetBounds(RH, 0.40, 0.60);
-        z.SetName(L"GB 50736 夏季 I级");
-        z.SetColor(RGB(230, 120, 40));
-        break;
-    case GB50736_Summer_II:
-        z.SetBounds(Tdb, 26.0, 28.0);
-        z.SetBounds(RH, 0.0, 0.70);
-        z.SetName(L"GB 50736 夏季 II级");
-        z.SetColor(RGB(220, 170, 40));
-        break;
-    case GB50736_Winter_I:
-        z.SetBounds(Tdb, 22.0, 24.0);
-        z.SetBounds(RH, 0.30, 1.0);
-        z.SetName(L"GB 50736 冬季 I级");
-        z.SetColor(RGB(40, 120, 220));
-        break;
-    case GB50736_Winter_II:
-        z.SetBounds(Tdb, 18.0, 22.0);
-        z.SetName(L"GB 50736 冬季 II级");
-        z.SetColor(RGB(60, 170, 200));
-        break;
-    // ASHRAE Standard 55-1992, 5.1: the winter zone 20-23.5 °C and the summer zone 22.5-26 °C
-    // (operative temperature, sedentary people, about 1.0 and 0.5 clo); RH 30-60 % as that
-    // edition recommends; and the humidity ratio at most 0.012 (12 g/kg) that the standard
-    // has kept as the upper limit of its graphic zone since the 2004 edition.
-    case ASHRAE55_Summer:
-        z.SetBounds(Tdb, 22.5, 26.0);
-        z.SetBounds(RH, 0.30, 0.60);
-        z.SetBounds(D, 0.0, 12.0);
-        z.SetName(L"ASHRAE 55 夏季");
-        z.SetColor(RGB(200, 60, 60));
-        break;
-    case ASHRAE55_Winter:
-        z.SetBounds(Tdb, 20.0, 23.5);
-        z.SetBounds(RH, 0.30, 0.60);
-        z.SetBounds(D, 0.0, 12.0);
-        z.SetName(L"ASHRAE 55 冬季");
-        z.SetColor(RGB(90, 90, 200));
-        break;
-    default:
+    const PresetRow* row = FindPreset(preset);
+    if (row == nullptr) {
         z.SetName(L"?");
-        break;
+        return z;
     }
+    z.SetBounds(Tdb, row->tdbLow, row->tdbHigh);
+    if (!std::isnan(row->rhLow)) z.SetBounds(RH, row->rhLow, row->rhHigh);
+    if (!std::isnan(row->dHigh)) z.SetBounds(D, 0.0, row->dHigh);
+    z.SetName(row->name);
+    z.SetColor(row->color);
     return z;
 }
 
