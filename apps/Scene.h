@@ -208,8 +208,5 @@ struct SceneError {
 };
 
 // A JSON pointer for key appended to base, with "~" and "/" escaped.
-// The name of a formulation in scene files and in the viewer: "chart", "ashrae", "realgas".
-const char* FormulationKey(Ky::_Formulation f);
-
 std::string JsonPointer(const std::string& base, const std::string& key);
 std::string JsonPointer(const std::string& base, size_t index);
