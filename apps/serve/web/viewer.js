@@ -197,12 +197,10 @@ function deleteButton(title, onClick) {
   return el("button", { type: "button", className: "delete", title, textContent: "✕", onclick: onClick });
 }
 
+// The properties a scene gives of a state, as the readout shows them.
 function describeState(s) {
-  const parts = [];
-  for (const [key, unit] of [["tdb", "°C"], ["rh", "%"], ["twb", "°C wb"], ["tdp", "°C dp"], ["d", "g/kg"],
-                             ["h", "kJ/kg"], ["pv", "Pa"]])
-    if (typeof s[key] === "number") parts.push(`${key} ${fmt(s[key], key === "d" ? 2 : 1)} ${unit}`);
-  return parts.join(", ");
+  return readoutRows.filter(({ key }) => typeof s[key] === "number")
+    .map(({ key, unit, digits }) => `${key} ${fmt(s[key], digits)} ${unit}`).join(", ");
 }
 
 // Every reference to a state name in processes and ratio lines, renamed or (to === null) dropped.
