@@ -96,7 +96,6 @@ std::vector<SettingsSchema::Field> MakeFields()
 {
     const StateInput::Limits t = StateInput::LimitsOf(StateInput::Tdb);
     const StateInput::Limits rh = StateInput::LimitsOf(StateInput::RH);
-    // Lower bounds of the intervals keep a family to a few thousand lines at most.
     const double dt0 = CKyGRangeSetting::m_dValidMinT, dt1 = CKyGRangeSetting::m_dValidMaxT;
     const double dd0 = CKyGRangeSetting::m_dValidMinD, dd1 = CKyGRangeSetting::m_dValidMaxD;
     const auto [show, intervals, range, air, design] = kGroups;
@@ -105,6 +104,8 @@ std::vector<SettingsSchema::Field> MakeFields()
     using C = CKyGChartSetting;
     using R = CKyGRangeSetting;
     using D = SceneDesign;
+    // The pressure and formulation are the state model's: the applier sets them (and keeps
+    // m_dPressure equal to the model's), the table only reads them.
     return {
         {"pressure", F::Number, "Pa", CKyChart::kMinB, CKyChart::kMaxB, air, "Pressure", "atmospheric pressure",
          SceneAt<&S::pressure>(), {HstAt<&H::m_dPressure>().get, nullptr}},
@@ -120,6 +121,7 @@ std::vector<SettingsSchema::Field> MakeFields()
          SceneAt<&S::range, &SceneRange::dmin>(), RangeAt<&R::GetMinD, &R::SetMinD>()},
         {"range.dmax", F::Number, "g/kg", dd0, dd1, range, "to", "moisture content at the body's right edge",
          SceneAt<&S::range, &SceneRange::dmax>(), RangeAt<&R::GetMaxD, &R::SetMaxD>()},
+        // Lower bounds of the intervals keep a family to a few thousand lines at most.
         {"intervals.d", F::Number, "g/kg", 0.1, 1000.0, intervals, "d", "spacing of constant-d lines",
          SceneAt<&S::intervals, &SceneIntervals::d>(), HstAt<&H::m_dDInterval>()},
         {"intervals.h", F::Number, "kJ/kg", 0.1, 1000.0, intervals, "h", "spacing of constant-h lines",
