@@ -117,7 +117,7 @@ void SceneApplier::ApplySettings(const Scene& s, std::vector<SceneError>& errors
     set.m_DrawHstSetting.m_dPressure = model->GetGlobleB();
 
     for (const SettingsSchema::Field& f : SettingsSchema::Fields())
-        if (const nlohmann::json v = f.scene.get(s); f.chart.set && !v.is_null()) f.chart.set(set, v);
+        if (const nlohmann::json v = SettingsSchema::Get(f, s); f.chart.set && !v.is_null()) f.chart.set(set, v);
 
     // The corner points are recomputed even for a default range: they depend on the pressure
     // and formulation just set.

@@ -242,21 +242,21 @@ private:
             if (f.type == SettingsSchema::Type::Number) {
                 std::optional<double> v;
                 Number(*obj, ptr, key, v, f.min, f.max);
-                if (v) f.scene.set(s, *v);
+                if (v) SettingsSchema::Set(f, s, *v);
             } else if (f.type == SettingsSchema::Type::Bool) {
                 std::optional<bool> v;
                 Bool(*obj, ptr, key, v);
-                if (v) f.scene.set(s, *v);
+                if (v) SettingsSchema::Set(f, s, *v);
             } else if (f.type == SettingsSchema::Type::Text) {
                 std::optional<std::string> v;
                 String(*obj, ptr, key, v);
-                if (v) f.scene.set(s, *v);
+                if (v) SettingsSchema::Set(f, s, *v);
             } else {
                 std::vector<std::pair<const char*, Ky::_Formulation>> names;
                 for (const FormulationNames::Entry& e : FormulationNames::All()) names.emplace_back(e.key, e.formulation);
                 std::optional<Ky::_Formulation> v;
                 Choice(*obj, ptr, key, v, names);
-                if (v) f.scene.set(s, FormulationNames::Key(*v));
+                if (v) SettingsSchema::Set(f, s, FormulationNames::Key(*v));
             }
             if (path == "altitude") CheckAltitude(doc, s);
         }

@@ -180,7 +180,7 @@ ojson SceneWriter::ToJson(const Scene& s)
     if (s.labels) doc["labels"] = *s.labels == SceneLabelRule::Chart ? "chart" : "host";
     // A section appears with its first value, so none is written empty.
     for (const SettingsSchema::Field& f : SettingsSchema::Fields())
-        if (const nlohmann::json v = f.scene.get(s); !v.is_null()) doc[ojson::json_pointer(SettingsSchema::Pointer(f.path))] = v;
+        if (const nlohmann::json v = SettingsSchema::Get(f, s); !v.is_null()) doc[ojson::json_pointer(SettingsSchema::Pointer(f.path))] = v;
 
     ojson styles = ojson::object();
     for (int i = 0; i < kLineStyleCount; ++i)

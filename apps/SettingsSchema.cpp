@@ -29,18 +29,11 @@ void SetSceneValue(std::optional<T>& out, const json& j)
     else out = j.get<T>();
 }
 
-// Scene::*Member, or (Scene::*Section).*Member.
+// Scene::*Member.
 template <auto Member>
 constexpr SettingsSchema::SceneAccess SceneAt()
 {
     return {[](const Scene& s) { return SceneValue(s.*Member); }, [](Scene& s, const json& j) { SetSceneValue(s.*Member, j); }};
-}
-
-template <auto Section, auto Member>
-constexpr SettingsSchema::SceneAccess SceneAt()
-{
-    return {[](const Scene& s) { return SceneValue(s.*Section.*Member); },
-            [](Scene& s, const json& j) { SetSceneValue(s.*Section.*Member, j); }};
 }
 
 // A member of the settings as JSON and back: the int switches are booleans, the city text.
@@ -103,77 +96,77 @@ std::vector<SettingsSchema::Field> MakeFields()
     using H = CKyGDrawHstSetting;
     using C = CKyGChartSetting;
     using R = CKyGRangeSetting;
-    using D = SceneDesign;
     // The pressure and formulation are the state model's: the applier sets them (and keeps
     // m_dPressure equal to the model's), the table only reads them.
     return {
         {"pressure", F::Number, "Pa", CKyChart::kMinB, CKyChart::kMaxB, air, "Pressure", "atmospheric pressure",
-         SceneAt<&S::pressure>(), {HstAt<&H::m_dPressure>().get, nullptr}},
+         {HstAt<&H::m_dPressure>().get, nullptr}, SceneAt<&S::pressure>()},
         {"altitude", F::Number, "m", CKyChart::kMinAltitude, CKyChart::kMaxAltitude, air, "or altitude",
-         "altitude in place of `pressure`: the standard atmosphere's pressure", SceneAt<&S::altitude>(), {nullptr, nullptr}},
-        {"formulation", F::Formulation, "", 0, 0, air, "Relations", "the moist-air relations", SceneAt<&S::formulation>(),
-         {[](const CKyGChartSetting&) { return json(FormulationNames::Key(CKyChart::InstanceGloble()->GetFormulation())); }, nullptr}},
+         "altitude in place of `pressure`: the standard atmosphere's pressure", {nullptr, nullptr}, SceneAt<&S::altitude>()},
+        {"formulation", F::Formulation, "", 0, 0, air, "Relations", "the moist-air relations",
+         {[](const CKyGChartSetting&) { return json(FormulationNames::Key(CKyChart::InstanceGloble()->GetFormulation())); }, nullptr},
+         SceneAt<&S::formulation>()},
         {"range.tmin", F::Number, "°C", dt0, dt1, range, "t from", "lowest dry-bulb temperature of the chart body",
-         SceneAt<&S::range, &SceneRange::tmin>(), RangeAt<&R::GetMinT, &R::SetMinT>()},
+         RangeAt<&R::GetMinT, &R::SetMinT>()},
         {"range.tmax", F::Number, "°C", dt0, dt1, range, "to", "highest dry-bulb temperature of the chart body",
-         SceneAt<&S::range, &SceneRange::tmax>(), RangeAt<&R::GetMaxT, &R::SetMaxT>()},
+         RangeAt<&R::GetMaxT, &R::SetMaxT>()},
         {"range.dmin", F::Number, "g/kg", dd0, dd1, range, "d from", "moisture content at the body's left edge",
-         SceneAt<&S::range, &SceneRange::dmin>(), RangeAt<&R::GetMinD, &R::SetMinD>()},
+         RangeAt<&R::GetMinD, &R::SetMinD>()},
         {"range.dmax", F::Number, "g/kg", dd0, dd1, range, "to", "moisture content at the body's right edge",
-         SceneAt<&S::range, &SceneRange::dmax>(), RangeAt<&R::GetMaxD, &R::SetMaxD>()},
+         RangeAt<&R::GetMaxD, &R::SetMaxD>()},
         // Lower bounds of the intervals keep a family to a few thousand lines at most.
         {"intervals.d", F::Number, "g/kg", 0.1, 1000.0, intervals, "d", "spacing of constant-d lines",
-         SceneAt<&S::intervals, &SceneIntervals::d>(), HstAt<&H::m_dDInterval>()},
+         HstAt<&H::m_dDInterval>()},
         {"intervals.h", F::Number, "kJ/kg", 0.1, 1000.0, intervals, "h", "spacing of constant-h lines",
-         SceneAt<&S::intervals, &SceneIntervals::h>(), HstAt<&H::m_dHInterval>()},
+         HstAt<&H::m_dHInterval>()},
         {"intervals.t", F::Number, "°C", 0.1, 1000.0, intervals, "t", "spacing of isotherms",
-         SceneAt<&S::intervals, &SceneIntervals::t>(), HstAt<&H::m_dTInterval>()},
+         HstAt<&H::m_dTInterval>()},
         {"intervals.rh", F::Number, "%", 0.5, 100.0, intervals, "φ", "spacing of relative-humidity curves",
-         SceneAt<&S::intervals, &SceneIntervals::rh>(), HstAt<&H::m_dRHInterval>()},
+         HstAt<&H::m_dRHInterval>()},
         {"display.protractor", F::Bool, "", 0, 0, show, "Ratio protractor", "draw the heat-moisture-ratio protractor",
-         SceneAt<&S::display, &SceneDisplay::protractor>(), HstAt<&H::m_bShowASChart>()},
+         HstAt<&H::m_bShowASChart>()},
         {"display.isotherms", F::Bool, "", 0, 0, show, "Isotherms", "draw isotherms",
-         SceneAt<&S::display, &SceneDisplay::isotherms>(), HstAt<&H::m_bShowSameT>()},
+         HstAt<&H::m_bShowSameT>()},
         {"display.d_lines", F::Bool, "", 0, 0, show, "Constant d", "draw constant-d lines",
-         SceneAt<&S::display, &SceneDisplay::dLines>(), HstAt<&H::m_bShowSameD>()},
+         HstAt<&H::m_bShowSameD>()},
         {"display.h_lines", F::Bool, "", 0, 0, show, "Constant h", "draw constant-h lines",
-         SceneAt<&S::display, &SceneDisplay::hLines>(), HstAt<&H::m_bShowSameH>()},
+         HstAt<&H::m_bShowSameH>()},
         {"display.rh_curves", F::Bool, "", 0, 0, show, "Relative humidity", "draw relative-humidity curves",
-         SceneAt<&S::display, &SceneDisplay::rhCurves>(), HstAt<&H::m_bShowSameRH>()},
+         HstAt<&H::m_bShowSameRH>()},
         {"display.title", F::Bool, "", 0, 0, show, "Title", "draw the title block",
-         SceneAt<&S::display, &SceneDisplay::title>(), HstAt<&H::m_bShowTitle>()},
+         HstAt<&H::m_bShowTitle>()},
         {"winter", F::Bool, "", 0, 0, design, "Winter", "the two design points come from the winter conditions",
-         SceneAt<&S::winter>(), HstAt<&H::m_bWinter>()},
+         HstAt<&H::m_bWinter>()},
         {"design.city", F::Text, "", 0, 0, nullptr, "", "place of the design conditions, kept and not drawn",
-         SceneAt<&S::design, &D::city>(), HstAt<&H::m_strCity>()},
+         HstAt<&H::m_strCity>()},
         {"design.summer.outdoor.tdb", F::Number, "°C", t.min, t.max, design, "Outdoor t", "summer outdoor dry bulb",
-         SceneAt<&S::design, &D::summerOutTdb>(), HstAt<&H::m_dSummerOutTdb>()},
+         HstAt<&H::m_dSummerOutTdb>()},
         {"design.summer.outdoor.twb", F::Number, "°C", t.min, t.max, design, "Outdoor wet bulb", "summer outdoor wet bulb",
-         SceneAt<&S::design, &D::summerOutTwb>(), HstAt<&H::m_dSummerOutTwb>()},
+         HstAt<&H::m_dSummerOutTwb>()},
         {"design.summer.indoor.tdb", F::Number, "°C", t.min, t.max, design, "Indoor t", "summer indoor dry bulb",
-         SceneAt<&S::design, &D::summerInTdb>(), HstAt<&H::m_dSummerInTdb>()},
+         HstAt<&H::m_dSummerInTdb>()},
         {"design.summer.indoor.rh", F::Number, "%", rh.min, rh.max, design, "Indoor φ", "summer indoor relative humidity",
-         SceneAt<&S::design, &D::summerInRH>(), HstAt<&H::m_dSummerInRH>()},
+         HstAt<&H::m_dSummerInRH>()},
         {"design.winter.outdoor.tdb", F::Number, "°C", t.min, t.max, design, "Outdoor t", "winter outdoor dry bulb",
-         SceneAt<&S::design, &D::winterOutTdb>(), HstAt<&H::m_dWinterOutTdb>()},
+         HstAt<&H::m_dWinterOutTdb>()},
         {"design.winter.outdoor.rh", F::Number, "%", rh.min, rh.max, design, "Outdoor φ", "winter outdoor relative humidity",
-         SceneAt<&S::design, &D::winterOutRH>(), HstAt<&H::m_dWinterOutRH>()},
+         HstAt<&H::m_dWinterOutRH>()},
         {"design.winter.indoor.tdb", F::Number, "°C", t.min, t.max, design, "Indoor t", "winter indoor dry bulb",
-         SceneAt<&S::design, &D::winterInTdb>(), HstAt<&H::m_dWinterInTdb>()},
+         HstAt<&H::m_dWinterInTdb>()},
         {"design.winter.indoor.rh", F::Number, "%", rh.min, rh.max, design, "Indoor φ", "winter indoor relative humidity",
-         SceneAt<&S::design, &D::winterInRH>(), HstAt<&H::m_dWinterInRH>()},
+         HstAt<&H::m_dWinterInRH>()},
         {"margins.left", F::Number, "px", 0.0, 1000.0, nullptr, "", "blank width left of the chart body",
-         SceneAt<&S::margins, &SceneMargins::left>(), ChartAt<&C::m_dLeftMargin>()},
+         ChartAt<&C::m_dLeftMargin>()},
         {"margins.right", F::Number, "px", 0.0, 1000.0, nullptr, "", "blank width right of the chart body",
-         SceneAt<&S::margins, &SceneMargins::right>(), ChartAt<&C::m_dRightMargin>()},
+         ChartAt<&C::m_dRightMargin>()},
         {"margins.bottom", F::Number, "px", 0.0, 1000.0, nullptr, "", "blank height below the chart body",
-         SceneAt<&S::margins, &SceneMargins::bottom>(), ChartAt<&C::m_dBottomMargin>()},
+         ChartAt<&C::m_dBottomMargin>()},
         {"margins.top", F::Number, "px", 0.0, 1000.0, nullptr, "", "blank height above the chart body",
-         SceneAt<&S::margins, &SceneMargins::top>(), ChartAt<&C::m_dTopMargin>()},
+         ChartAt<&C::m_dTopMargin>()},
         {"lengths.t", F::Number, "px/K", 0.1, 100.0, nullptr, "", "height of one kelvin of temperature range",
-         SceneAt<&S::lengths, &SceneLengths::t>(), ChartAt<&C::m_dTLength>()},
+         ChartAt<&C::m_dTLength>()},
         {"lengths.d", F::Number, "px/(g/kg)", 0.1, 100.0, nullptr, "", "width of one g/kg of moisture-content range",
-         SceneAt<&S::lengths, &SceneLengths::d>(), ChartAt<&C::m_dDLength>()},
+         ChartAt<&C::m_dDLength>()},
     };
 }
 
@@ -193,6 +186,20 @@ const std::vector<SettingsSchema::Field>& SettingsSchema::Fields()
 {
     static const std::vector<Field> fields = MakeFields();
     return fields;
+}
+
+json SettingsSchema::Get(const Field& f, const Scene& scene)
+{
+    if (f.scene.get) return f.scene.get(scene);
+    const auto it = scene.settings.find(f.path);
+    return it == scene.settings.end() ? json() : it->second;
+}
+
+void SettingsSchema::Set(const Field& f, Scene& scene, const json& value)
+{
+    if (f.scene.set) f.scene.set(scene, value);
+    else if (value.is_null()) scene.settings.erase(f.path);
+    else scene.settings[f.path] = value;
 }
 
 std::vector<std::string> SettingsSchema::KeysUnder(std::string_view prefix)

@@ -2,7 +2,8 @@
 // setting sits in a scene file, its type, unit and bounds, where it lives in a Scene and in the
 // chart's settings, and how the viewer's form and the scene documentation show it. The scene
 // reader, writer and applier, the viewer's effective settings and its form, and the settings
-// table of docs/scene.md are all driven by it: a new setting is a row here plus its members.
+// table of docs/scene.md are all driven by it: a new setting is a row here plus its member of
+// the chart's settings.
 // Sizes, language, label placement, styles and overlays have shapes of their own and are not
 // rows.
 #pragma once
@@ -21,7 +22,8 @@ class SettingsSchema {
 public:
     enum class Type { Number, Bool, Text, Formulation };
 
-    // One value of a Scene: null when the scene leaves it out. A formulation is its key.
+    // One value of a Scene that has a member of its own (the model's pressure, altitude and
+    // formulation): null when the scene leaves it out. A formulation is its key.
     struct SceneAccess {
         nlohmann::json (*get)(const Scene&);
         void (*set)(Scene&, const nlohmann::json&);
@@ -41,12 +43,23 @@ public:
         const char* group;    // the viewer form's fieldset; null when the form leaves it out
         const char* label;    // the form's label
         const char* meaning;  // the documentation's words
-        SceneAccess scene;
         ChartAccess chart;
+        SceneAccess scene;    // none: the value is Scene::settings[path]
+
+        // A row of the table, as it is written there.
+        Field(const char* path, Type type, const char* unit, double min, double max, const char* group, const char* label,
+              const char* meaning, ChartAccess chart, SceneAccess scene = {nullptr, nullptr})
+            : path(path), type(type), unit(unit), min(min), max(max), group(group), label(label), meaning(meaning),
+              chart(chart), scene(scene)
+        {
+        }
     };
 
     // Every row, in the order a scene file is read and written.
     static const std::vector<Field>& Fields();
+    // The value a scene gives of f, null when it gives none; and setting it.
+    static nlohmann::json Get(const Field& f, const Scene& scene);
+    static void Set(const Field& f, Scene& scene, const nlohmann::json& value);
     // The keys directly under prefix ("" for the top level, "design.summer"), in table order.
     static std::vector<std::string> KeysUnder(std::string_view prefix);
     // The JSON pointer of a dot-separated path: "design.summer" -> "/design/summer".
