@@ -145,7 +145,8 @@ TEST(SettingsSchema, DocumentedTableIsTheSchemas)
     const std::string begin = "<!-- generated from SettingsSchema -->\n", end = "<!-- end of generated table -->";
     const size_t a = doc.find(begin), b = doc.find(end);
     ASSERT_TRUE(a != std::string::npos && b > a) << "docs/scene.md has no generated settings table";
-    EXPECT_EQ(doc.substr(a + begin.size(), b - a - begin.size()), SettingsSchema::MarkdownTable());
+    EXPECT_EQ(doc.substr(a + begin.size(), b - a - begin.size()), SettingsSchema::MarkdownTable())
+        << "docs/scene.md's table is to be replaced by the schema's, printed above \"As Text\"";
 }
 
 TEST(SceneReader, ReportsEachProblemWithItsPlace)
