@@ -34,11 +34,6 @@ std::string SceneError::Format(const std::string& source) const
     return source + ":" + pointer + ": " + message;
 }
 
-const char* FormulationKey(Ky::_Formulation f)
-{
-    return f == Ky::FORMULATION_REALGAS ? "realgas" : f == Ky::FORMULATION_ASHRAE2017 ? "ashrae" : "chart";
-}
-
 std::vector<SceneError> SceneError::Shown(const std::vector<SceneError>& errors)
 {
     if (errors.size() <= kMaxShown) return errors;

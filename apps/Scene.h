@@ -13,7 +13,10 @@
 #include <kygraph/KyTypes.h>
 #include <kygraph/WinTypes.h>
 
+#include <nlohmann/json.hpp>
+
 #include <array>
+#include <map>
 #include <optional>
 #include <string>
 #include <variant>
@@ -54,45 +57,6 @@ struct SceneStyles {
     static const char* Key(SceneLineStyleId id);  // "d_lines", ...
     static tagKyLineStyle CKyGStyleSetting::*Member(SceneLineStyleId id);
     bool operator==(const SceneStyles&) const = default;
-};
-
-struct SceneRange {
-    std::optional<double> tmin, tmax;  // °C
-    std::optional<double> dmin, dmax;  // g/kg
-    bool operator==(const SceneRange&) const = default;
-};
-
-struct SceneIntervals {
-    std::optional<double> d;   // g/kg
-    std::optional<double> h;   // kJ/kg
-    std::optional<double> t;   // °C
-    std::optional<double> rh;  // percent
-    bool operator==(const SceneIntervals&) const = default;
-};
-
-struct SceneDisplay {
-    std::optional<bool> protractor, isotherms, dLines, hLines, rhCurves, title;
-    bool operator==(const SceneDisplay&) const = default;
-};
-
-// The design conditions; relative humidities in percent.
-struct SceneDesign {
-    std::optional<std::string> city;
-    std::optional<double> summerOutTdb, summerOutTwb, summerInTdb, summerInRH;
-    std::optional<double> winterOutTdb, winterOutRH, winterInTdb, winterInRH;
-    bool operator==(const SceneDesign&) const = default;
-};
-
-// Lengths at draw scale 1, in pixels.
-struct SceneMargins {
-    std::optional<double> left, right, bottom, top;
-    bool operator==(const SceneMargins&) const = default;
-};
-
-struct SceneLengths {
-    std::optional<double> t;  // per °C of temperature range
-    std::optional<double> d;  // per g/kg of moisture-content range
-    bool operator==(const SceneLengths&) const = default;
 };
 
 // A state with an optional name (its label, and how later parts of the scene refer to it).
@@ -169,13 +133,10 @@ struct Scene {
     std::optional<double> pressure;    // Pa
     std::optional<double> altitude;    // m; the standard atmosphere's pressure, in place of pressure
     std::optional<Ky::_Formulation> formulation;
-    SceneRange range;
-    SceneIntervals intervals;
-    SceneDisplay display;
-    std::optional<bool> winter;        // design points from the winter conditions
-    SceneDesign design;
-    SceneMargins margins;
-    SceneLengths lengths;
+    // Every other setting of SettingsSchema the scene gives, by its dotted path in the file
+    // ("intervals.d", "design.summer.indoor.rh"): a number, boolean or text as the schema
+    // types it. A setting left out is absent.
+    std::map<std::string, nlohmann::json> settings;
     SceneStyles styles;
     std::vector<ScenePoint> points;
     std::vector<SceneProcess> processes;
@@ -208,8 +169,5 @@ struct SceneError {
 };
 
 // A JSON pointer for key appended to base, with "~" and "/" escaped.
-// The name of a formulation in scene files and in the viewer: "chart", "ashrae", "realgas".
-const char* FormulationKey(Ky::_Formulation f);
-
 std::string JsonPointer(const std::string& base, const std::string& key);
 std::string JsonPointer(const std::string& base, size_t index);

@@ -3,6 +3,7 @@
 #include "DecimalNumber.h"
 #include "HostLayout.h"
 #include "ProcessStepBuilder.h"
+#include "SettingsSchema.h"
 
 #include <kygraph/KyChart.h>
 #include <kygraph/KyGChart.h>
@@ -115,17 +116,15 @@ void SceneApplier::ApplySettings(const Scene& s, std::vector<SceneError>& errors
     model->SetFormulation(s.formulation.value_or(Ky::FORMULATION_CHART));
     set.m_DrawHstSetting.m_dPressure = model->GetGlobleB();
 
+    for (const SettingsSchema::Field& f : SettingsSchema::Fields())
+        if (const nlohmann::json v = SettingsSchema::Get(f, s); f.chart.set && !v.is_null()) f.chart.set(set, v);
+
     // The corner points are recomputed even for a default range: they depend on the pressure
     // and formulation just set.
-    const CKyGRangeSetting& def = m_defaults.m_RangeSetting;
-    const double tmin = s.range.tmin.value_or(def.GetMinT()), tmax = s.range.tmax.value_or(def.GetMaxT());
-    const double dmin = s.range.dmin.value_or(def.GetMinD()), dmax = s.range.dmax.value_or(def.GetMaxD());
+    CKyGRangeSetting& range = set.m_RangeSetting;
+    const double tmin = range.GetMinT(), tmax = range.GetMaxT(), dmin = range.GetMinD(), dmax = range.GetMaxD();
     if (!(tmin < tmax)) errors.push_back({"/range", 0, 0, "tmin " + DecimalNumber::Text(tmin) + " must be below tmax " + DecimalNumber::Text(tmax)});
     if (!(dmin < dmax)) errors.push_back({"/range", 0, 0, "dmin " + DecimalNumber::Text(dmin) + " must be below dmax " + DecimalNumber::Text(dmax)});
-    CKyGRangeSetting& range = set.m_RangeSetting;
-    range.SetMinT(tmin);
-    range.SetMaxT(tmax);
-    range.SetMinD(dmin);
     if (!range.SetMaxD(dmax)) {
         const double corners[3][2] = {{dmin, tmax}, {dmin, tmin}, {dmax, tmax}};
         for (const auto& c : corners) {
@@ -146,35 +145,6 @@ void SceneApplier::ApplySettings(const Scene& s, std::vector<SceneError>& errors
     Set(pnt.crColor, s.styles.points.color);
     Set(pnt.dSize, s.styles.points.size);
     Set(pnt.nTextHeight, s.styles.points.textHeight);
-
-    CKyGDrawHstSetting& hst = set.m_DrawHstSetting;
-    Set(hst.m_dDInterval, s.intervals.d);
-    Set(hst.m_dHInterval, s.intervals.h);
-    Set(hst.m_dTInterval, s.intervals.t);
-    Set(hst.m_dRHInterval, s.intervals.rh);
-    Set(hst.m_bShowASChart, s.display.protractor);
-    Set(hst.m_bShowSameT, s.display.isotherms);
-    Set(hst.m_bShowSameD, s.display.dLines);
-    Set(hst.m_bShowSameH, s.display.hLines);
-    Set(hst.m_bShowSameRH, s.display.rhCurves);
-    Set(hst.m_bShowTitle, s.display.title);
-    Set(hst.m_bWinter, s.winter);
-    if (s.design.city) hst.m_strCity = Wide(*s.design.city);
-    Set(hst.m_dSummerOutTdb, s.design.summerOutTdb);
-    Set(hst.m_dSummerOutTwb, s.design.summerOutTwb);
-    Set(hst.m_dSummerInTdb, s.design.summerInTdb);
-    Set(hst.m_dSummerInRH, s.design.summerInRH);
-    Set(hst.m_dWinterOutTdb, s.design.winterOutTdb);
-    Set(hst.m_dWinterOutRH, s.design.winterOutRH);
-    Set(hst.m_dWinterInTdb, s.design.winterInTdb);
-    Set(hst.m_dWinterInRH, s.design.winterInRH);
-
-    Set(set.m_dLeftMargin, s.margins.left);
-    Set(set.m_dRightMargin, s.margins.right);
-    Set(set.m_dBottomMargin, s.margins.bottom);
-    Set(set.m_dTopMargin, s.margins.top);
-    Set(set.m_dTLength, s.lengths.t);
-    Set(set.m_dDLength, s.lengths.d);
 }
 
 // The chart skips a design point the model refuses without a word; a scene says why.

@@ -1,9 +1,10 @@
 #include "SceneReader.h"
 
 #include "DecimalNumber.h"
+#include "FormulationNames.h"
+#include "SettingsSchema.h"
 
 #include <kygraph/KyChart.h>
-#include <kygraph/KyGRangeSetting.h>
 
 #include <nlohmann/json.hpp>
 
@@ -14,7 +15,7 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <initializer_list>
+#include <map>
 #include <vector>
 #include <set>
 
@@ -189,10 +190,10 @@ public:
 
     void ReadScene(const json& doc, Scene& s)
     {
-        if (!Object(doc, "", {"size", "antialias", "lang", "labels", "pressure", "altitude", "formulation", "range", "intervals", "display",
-                              "winter", "design", "margins", "lengths", "styles", "points", "processes",
-                              "ratio_lines", "zones", "data", "wet_bulb_lines", "volume_lines", "legend"}))
-            return;
+        std::vector<std::string> top = SettingsSchema::KeysUnder("");
+        top.insert(top.begin(), {"size", "antialias", "lang", "labels"});
+        top.insert(top.end(), {"styles", "points", "processes", "ratio_lines", "zones", "data", "wet_bulb_lines", "volume_lines", "legend"});
+        if (!Object(doc, "", KeysOf(top))) return;
         if (const json* v = Section(doc, "", "size", {"width", "height"})) {
             Int(*v, "/size", "width", s.width, 1, Scene::kMaxSide);
             Int(*v, "/size", "height", s.height, 1, Scene::kMaxSide);
@@ -203,46 +204,7 @@ public:
         Bool(doc, "", "antialias", s.antialias);
         Choice(doc, "", "lang", s.lang, {{"zh", KyGraphLanguage::Chinese}, {"en", KyGraphLanguage::English}});
         Choice(doc, "", "labels", s.labels, {{"host", SceneLabelRule::Host}, {"chart", SceneLabelRule::Chart}});
-        Number(doc, "", "pressure", s.pressure, CKyChart::kMinB, CKyChart::kMaxB);
-        ReadAltitude(doc, s);
-        Choice(doc, "", "formulation", s.formulation,
-               {{"chart", Ky::FORMULATION_CHART}, {"ashrae", Ky::FORMULATION_ASHRAE2017}, {"realgas", Ky::FORMULATION_REALGAS}});
-        if (const json* v = Section(doc, "", "range", {"tmin", "tmax", "dmin", "dmax"})) {
-            const double t0 = CKyGRangeSetting::m_dValidMinT, t1 = CKyGRangeSetting::m_dValidMaxT;
-            const double d0 = CKyGRangeSetting::m_dValidMinD, d1 = CKyGRangeSetting::m_dValidMaxD;
-            Number(*v, "/range", "tmin", s.range.tmin, t0, t1);
-            Number(*v, "/range", "tmax", s.range.tmax, t0, t1);
-            Number(*v, "/range", "dmin", s.range.dmin, d0, d1);
-            Number(*v, "/range", "dmax", s.range.dmax, d0, d1);
-        }
-        if (const json* v = Section(doc, "", "intervals", {"d", "h", "t", "rh"})) {
-            // Lower bounds keep a family to a few thousand lines at most.
-            Number(*v, "/intervals", "d", s.intervals.d, 0.1, 1000.0);
-            Number(*v, "/intervals", "h", s.intervals.h, 0.1, 1000.0);
-            Number(*v, "/intervals", "t", s.intervals.t, 0.1, 1000.0);
-            Number(*v, "/intervals", "rh", s.intervals.rh, 0.5, 100.0);
-        }
-        if (const json* v = Section(doc, "", "display",
-                                    {"protractor", "isotherms", "d_lines", "h_lines", "rh_curves", "title"})) {
-            Bool(*v, "/display", "protractor", s.display.protractor);
-            Bool(*v, "/display", "isotherms", s.display.isotherms);
-            Bool(*v, "/display", "d_lines", s.display.dLines);
-            Bool(*v, "/display", "h_lines", s.display.hLines);
-            Bool(*v, "/display", "rh_curves", s.display.rhCurves);
-            Bool(*v, "/display", "title", s.display.title);
-        }
-        Bool(doc, "", "winter", s.winter);
-        ReadDesign(doc, s.design);
-        if (const json* v = Section(doc, "", "margins", {"left", "right", "bottom", "top"})) {
-            Number(*v, "/margins", "left", s.margins.left, 0.0, 1000.0);
-            Number(*v, "/margins", "right", s.margins.right, 0.0, 1000.0);
-            Number(*v, "/margins", "bottom", s.margins.bottom, 0.0, 1000.0);
-            Number(*v, "/margins", "top", s.margins.top, 0.0, 1000.0);
-        }
-        if (const json* v = Section(doc, "", "lengths", {"t", "d"})) {
-            Number(*v, "/lengths", "t", s.lengths.t, 0.1, 100.0);
-            Number(*v, "/lengths", "d", s.lengths.d, 0.1, 100.0);
-        }
+        ReadSettings(doc, s);
         ReadStyles(doc, s.styles);
         ForEach(doc, "", "points", [&](const json& item, const std::string& ptr) {
             ScenePoint p;
@@ -264,6 +226,60 @@ public:
 
 private:
     void Error(const std::string& pointer, const std::string& message) { m_errors.push_back({pointer, 0, 0, message}); }
+
+    // Every field of the settings table, each section's keys checked once, where it is first met.
+    void ReadSettings(const json& doc, Scene& s)
+    {
+        std::map<std::string, const json*> sections = {{"", &doc}};  // null: absent or not an object
+        for (const SettingsSchema::Field& f : SettingsSchema::Fields()) {
+            const std::string path = f.path;
+            const size_t dot = path.rfind('.');
+            const std::string parent = dot == std::string::npos ? "" : path.substr(0, dot);
+            const json* obj = SectionAt(parent, sections);
+            if (!obj) continue;
+            const std::string ptr = SettingsSchema::Pointer(parent);
+            const char* key = f.path + (dot == std::string::npos ? 0 : dot + 1);
+            if (f.type == SettingsSchema::Type::Number) {
+                std::optional<double> v;
+                Number(*obj, ptr, key, v, f.min, f.max);
+                if (v) SettingsSchema::Set(f, s, *v);
+            } else if (f.type == SettingsSchema::Type::Bool) {
+                std::optional<bool> v;
+                Bool(*obj, ptr, key, v);
+                if (v) SettingsSchema::Set(f, s, *v);
+            } else if (f.type == SettingsSchema::Type::Text) {
+                std::optional<std::string> v;
+                String(*obj, ptr, key, v);
+                if (v) SettingsSchema::Set(f, s, *v);
+            } else {
+                std::vector<std::pair<const char*, Ky::_Formulation>> names;
+                for (const FormulationNames::Entry& e : FormulationNames::All()) names.emplace_back(e.key, e.formulation);
+                std::optional<Ky::_Formulation> v;
+                Choice(*obj, ptr, key, v, names);
+                if (v) SettingsSchema::Set(f, s, FormulationNames::Key(*v));
+            }
+            if (path == "altitude") CheckAltitude(doc, s);
+        }
+    }
+
+    // The section at a dot-separated path, its keys checked against the table's the first time.
+    const json* SectionAt(const std::string& path, std::map<std::string, const json*>& sections)
+    {
+        if (const auto it = sections.find(path); it != sections.end()) return it->second;
+        const size_t dot = path.rfind('.');
+        const std::string parent = dot == std::string::npos ? "" : path.substr(0, dot);
+        const json* outer = SectionAt(parent, sections);
+        const std::string key = path.substr(dot == std::string::npos ? 0 : dot + 1);
+        const std::vector<std::string> keys = SettingsSchema::KeysUnder(path);
+        return sections[path] = outer ? Section(*outer, SettingsSchema::Pointer(parent), key.c_str(), KeysOf(keys)) : nullptr;
+    }
+
+    static Keys KeysOf(const std::vector<std::string>& keys)
+    {
+        Keys k;
+        for (const std::string& key : keys) k.push_back(key.c_str());
+        return k;
+    }
 
     // Zones, data sets, the wet-bulb and volume line families and the legend.
     void ReadExtras(const json& doc, SceneExtras& x)
@@ -433,7 +449,7 @@ private:
 
     template <class T>
     void Choice(const json& obj, const std::string& ptr, const char* key, std::optional<T>& out,
-                std::initializer_list<std::pair<const char*, T>> names)
+                const std::vector<std::pair<const char*, T>>& names)
     {
         const json* v = Find(obj, key);
         std::string text;
@@ -556,9 +572,8 @@ private:
     }
 
     // The altitude, in place of the pressure; the pressure it gives must be one the model takes.
-    void ReadAltitude(const json& doc, Scene& s)
+    void CheckAltitude(const json& doc, const Scene& s)
     {
-        Number(doc, "", "altitude", s.altitude, CKyChart::kMinAltitude, CKyChart::kMaxAltitude);
         if (Find(doc, "altitude") && Find(doc, "pressure")) Error("/altitude", "give either \"altitude\" or \"pressure\", not both");
         if (!s.altitude) return;
         const double b = CKyChart::StandardPressure(*s.altitude);
@@ -726,35 +741,6 @@ private:
         Target(j, ptr, "h", StateInput::H, r.h);
         Target(j, ptr, "rh", StateInput::RH, r.rh);
         Bool(j, ptr, "label", r.label);
-    }
-
-    void ReadDesign(const json& doc, SceneDesign& d)
-    {
-        const json* v = Section(doc, "", "design", {"city", "summer", "winter"});
-        if (!v) return;
-        String(*v, "/design", "city", d.city);
-        const StateInput::Limits t = StateInput::LimitsOf(StateInput::Tdb);
-        const StateInput::Limits rh = StateInput::LimitsOf(StateInput::RH);
-        if (const json* s = Section(*v, "/design", "summer", {"outdoor", "indoor"})) {
-            if (const json* o = Section(*s, "/design/summer", "outdoor", {"tdb", "twb"})) {
-                Number(*o, "/design/summer/outdoor", "tdb", d.summerOutTdb, t.min, t.max);
-                Number(*o, "/design/summer/outdoor", "twb", d.summerOutTwb, t.min, t.max);
-            }
-            if (const json* i = Section(*s, "/design/summer", "indoor", {"tdb", "rh"})) {
-                Number(*i, "/design/summer/indoor", "tdb", d.summerInTdb, t.min, t.max);
-                Number(*i, "/design/summer/indoor", "rh", d.summerInRH, rh.min, rh.max);
-            }
-        }
-        if (const json* w = Section(*v, "/design", "winter", {"outdoor", "indoor"})) {
-            if (const json* o = Section(*w, "/design/winter", "outdoor", {"tdb", "rh"})) {
-                Number(*o, "/design/winter/outdoor", "tdb", d.winterOutTdb, t.min, t.max);
-                Number(*o, "/design/winter/outdoor", "rh", d.winterOutRH, rh.min, rh.max);
-            }
-            if (const json* i = Section(*w, "/design/winter", "indoor", {"tdb", "rh"})) {
-                Number(*i, "/design/winter/indoor", "tdb", d.winterInTdb, t.min, t.max);
-                Number(*i, "/design/winter/indoor", "rh", d.winterInRH, rh.min, rh.max);
-            }
-        }
     }
 
     void ReadLineStyle(const json& j, const std::string& ptr, SceneLineStyle& s)

@@ -1,5 +1,7 @@
 #include "SceneWriter.h"
 
+#include "SettingsSchema.h"
+
 #include <cmath>
 #include <cstdio>
 
@@ -176,65 +178,9 @@ ojson SceneWriter::ToJson(const Scene& s)
     Put(doc, "antialias", s.antialias);
     if (s.lang) doc["lang"] = *s.lang == KyGraphLanguage::English ? "en" : "zh";
     if (s.labels) doc["labels"] = *s.labels == SceneLabelRule::Chart ? "chart" : "host";
-    Put(doc, "pressure", s.pressure);
-    Put(doc, "altitude", s.altitude);
-    if (s.formulation) doc["formulation"] = FormulationKey(*s.formulation);
-
-    ojson range = ojson::object();
-    Put(range, "tmin", s.range.tmin);
-    Put(range, "tmax", s.range.tmax);
-    Put(range, "dmin", s.range.dmin);
-    Put(range, "dmax", s.range.dmax);
-    PutSection(doc, "range", std::move(range));
-
-    ojson intervals = ojson::object();
-    Put(intervals, "d", s.intervals.d);
-    Put(intervals, "h", s.intervals.h);
-    Put(intervals, "t", s.intervals.t);
-    Put(intervals, "rh", s.intervals.rh);
-    PutSection(doc, "intervals", std::move(intervals));
-
-    ojson display = ojson::object();
-    Put(display, "protractor", s.display.protractor);
-    Put(display, "isotherms", s.display.isotherms);
-    Put(display, "d_lines", s.display.dLines);
-    Put(display, "h_lines", s.display.hLines);
-    Put(display, "rh_curves", s.display.rhCurves);
-    Put(display, "title", s.display.title);
-    PutSection(doc, "display", std::move(display));
-    Put(doc, "winter", s.winter);
-
-    ojson design = ojson::object();
-    Put(design, "city", s.design.city);
-    ojson summer = ojson::object(), sOut = ojson::object(), sIn = ojson::object();
-    Put(sOut, "tdb", s.design.summerOutTdb);
-    Put(sOut, "twb", s.design.summerOutTwb);
-    Put(sIn, "tdb", s.design.summerInTdb);
-    Put(sIn, "rh", s.design.summerInRH);
-    PutSection(summer, "outdoor", std::move(sOut));
-    PutSection(summer, "indoor", std::move(sIn));
-    PutSection(design, "summer", std::move(summer));
-    ojson winter = ojson::object(), wOut = ojson::object(), wIn = ojson::object();
-    Put(wOut, "tdb", s.design.winterOutTdb);
-    Put(wOut, "rh", s.design.winterOutRH);
-    Put(wIn, "tdb", s.design.winterInTdb);
-    Put(wIn, "rh", s.design.winterInRH);
-    PutSection(winter, "outdoor", std::move(wOut));
-    PutSection(winter, "indoor", std::move(wIn));
-    PutSection(design, "winter", std::move(winter));
-    PutSection(doc, "design", std::move(design));
-
-    ojson margins = ojson::object();
-    Put(margins, "left", s.margins.left);
-    Put(margins, "right", s.margins.right);
-    Put(margins, "bottom", s.margins.bottom);
-    Put(margins, "top", s.margins.top);
-    PutSection(doc, "margins", std::move(margins));
-
-    ojson lengths = ojson::object();
-    Put(lengths, "t", s.lengths.t);
-    Put(lengths, "d", s.lengths.d);
-    PutSection(doc, "lengths", std::move(lengths));
+    // A section appears with its first value, so none is written empty.
+    for (const SettingsSchema::Field& f : SettingsSchema::Fields())
+        if (const nlohmann::json v = SettingsSchema::Get(f, s); !v.is_null()) doc[ojson::json_pointer(SettingsSchema::Pointer(f.path))] = v;
 
     ojson styles = ojson::object();
     for (int i = 0; i < kLineStyleCount; ++i)

@@ -3,6 +3,7 @@
 #include "CommandLine.h"
 #include "HostLanguage.h"
 #include "DecimalNumber.h"
+#include "FormulationNames.h"
 #include "StateReport.h"
 
 #include <kygraph/KyChart.h>
@@ -33,8 +34,10 @@ StateCommand::StateCommand(CLI::App& app)
     m_altitudeOption = m_cmd->add_option("--altitude", m_altitude, "Altitude, m, in place of --pressure: the standard atmosphere's pressure")
                            ->check(CommandLine::Decimal())
                            ->excludes(m_pressureOption);
-    m_cmd->add_option("--formulation", m_formulation, "Moist-air relations: chart, ashrae or realgas")
-        ->check(CLI::IsMember({"chart", "ashrae", "realgas"}))
+    std::vector<std::string> formulations;
+    for (const FormulationNames::Entry& e : FormulationNames::All()) formulations.push_back(e.key);
+    m_cmd->add_option("--formulation", m_formulation, "Moist-air relations: " + FormulationNames::KeyList(", ", " or "))
+        ->check(CLI::IsMember(formulations))
         ->capture_default_str();
     m_cmd->add_flag("--json", m_json, "One JSON object instead of a table");
     HostLanguage::AddOption(*m_cmd, m_lang);
@@ -84,9 +87,7 @@ int StateCommand::Run()
             return CommandLine::kExitUsage;
         }
     }
-    model->SetFormulation(m_formulation == "realgas" ? Ky::FORMULATION_REALGAS
-                          : m_formulation == "ashrae" ? Ky::FORMULATION_ASHRAE2017
-                                                      : Ky::FORMULATION_CHART);
+    model->SetFormulation(FormulationNames::FromKey(m_formulation).value_or(Ky::FORMULATION_CHART));
     CKyStaPnt pnt;
     std::string error;
     if (!input.Resolve(pnt, error)) {

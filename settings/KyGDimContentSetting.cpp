@@ -4,13 +4,7 @@ CKyGDimContentSetting::CKyGDimContentSetting() : m_dwContent(0), m_nSpare(1) {}
 
 CKyGDimContentSetting::CKyGDimContentSetting(const CKyGDimContentSetting& other) = default;
 
-CKyGDimContentSetting& CKyGDimContentSetting::operator=(const CKyGDimContentSetting& other)
-{
-    CKyObject::operator=(other);
-    m_dwContent = other.m_dwContent;
-    m_nSpare = other.m_nSpare;
-    return *this;
-}
+CKyGDimContentSetting& CKyGDimContentSetting::operator=(const CKyGDimContentSetting& other) = default;
 
 CKyGDimContentSetting::~CKyGDimContentSetting() = default;
 

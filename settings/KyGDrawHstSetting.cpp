@@ -11,33 +11,7 @@ CKyGDrawHstSetting::CKyGDrawHstSetting()
 
 CKyGDrawHstSetting::CKyGDrawHstSetting(const CKyGDrawHstSetting& other) = default;
 
-CKyGDrawHstSetting& CKyGDrawHstSetting::operator=(const CKyGDrawHstSetting& other)
-{
-    CKyObject::operator=(other);
-    m_dPressure = other.m_dPressure;
-    m_dDInterval = other.m_dDInterval;
-    m_dHInterval = other.m_dHInterval;
-    m_dTInterval = other.m_dTInterval;
-    m_dRHInterval = other.m_dRHInterval;
-    m_nSpare = other.m_nSpare;
-    m_strCity = other.m_strCity;
-    m_bShowASChart = other.m_bShowASChart;
-    m_bShowSameT = other.m_bShowSameT;
-    m_bShowSameD = other.m_bShowSameD;
-    m_bShowSameH = other.m_bShowSameH;
-    m_bShowSameRH = other.m_bShowSameRH;
-    m_bShowTitle = other.m_bShowTitle;
-    m_bWinter = other.m_bWinter;
-    m_dSummerOutTdb = other.m_dSummerOutTdb;
-    m_dSummerOutTwb = other.m_dSummerOutTwb;
-    m_dSummerInTdb = other.m_dSummerInTdb;
-    m_dSummerInRH = other.m_dSummerInRH;
-    m_dWinterOutTdb = other.m_dWinterOutTdb;
-    m_dWinterOutRH = other.m_dWinterOutRH;
-    m_dWinterInTdb = other.m_dWinterInTdb;
-    m_dWinterInRH = other.m_dWinterInRH;
-    return *this;
-}
+CKyGDrawHstSetting& CKyGDrawHstSetting::operator=(const CKyGDrawHstSetting& other) = default;
 
 CKyGDrawHstSetting::~CKyGDrawHstSetting() = default;
 

@@ -26,24 +26,7 @@ CKyGRangeSetting::CKyGRangeSetting()
 
 CKyGRangeSetting::CKyGRangeSetting(const CKyGRangeSetting& other) = default;
 
-CKyGRangeSetting& CKyGRangeSetting::operator=(const CKyGRangeSetting& other)
-{
-    CKyObject::operator=(other);
-    m_dMinT = other.m_dMinT;
-    m_dMaxT = other.m_dMaxT;
-    m_dMinD = other.m_dMinD;
-    m_dMaxD = other.m_dMaxD;
-    m_MinDMaxTStaPnt = other.m_MinDMaxTStaPnt;
-    m_MinDMinTStaPnt = other.m_MinDMinTStaPnt;
-    m_MaxDMaxTStaPnt = other.m_MaxDMaxTStaPnt;
-    m_dMinDMaxTH = other.m_dMinDMaxTH;
-    m_dMinDMaxTD = other.m_dMinDMaxTD;
-    m_dMinDMinTH = other.m_dMinDMinTH;
-    m_dMinDMinTD = other.m_dMinDMinTD;
-    m_dMaxDMaxTH = other.m_dMaxDMaxTH;
-    m_dMaxDMaxTD = other.m_dMaxDMaxTD;
-    return *this;
-}
+CKyGRangeSetting& CKyGRangeSetting::operator=(const CKyGRangeSetting& other) = default;
 
 CKyGRangeSetting::~CKyGRangeSetting() = default;
 

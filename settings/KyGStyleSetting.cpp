@@ -20,21 +20,7 @@ CKyGStyleSetting::CKyGStyleSetting()
 
 CKyGStyleSetting::CKyGStyleSetting(const CKyGStyleSetting& other) = default;
 
-CKyGStyleSetting& CKyGStyleSetting::operator=(const CKyGStyleSetting& other)
-{
-    CKyObject::operator=(other);
-    m_SameDStyle = other.m_SameDStyle;
-    m_SameHStyle = other.m_SameHStyle;
-    m_SameTStyle = other.m_SameTStyle;
-    m_SameRHStyle = other.m_SameRHStyle;
-    m_SameASStyle = other.m_SameASStyle;
-    m_ProcessStyle = other.m_ProcessStyle;
-    m_StaPntStyle = other.m_StaPntStyle;
-    m_ASChartStyle = other.m_ASChartStyle;
-    m_FrameStyle = other.m_FrameStyle;
-    m_SpareStyle = other.m_SpareStyle;
-    return *this;
-}
+CKyGStyleSetting& CKyGStyleSetting::operator=(const CKyGStyleSetting& other) = default;
 
 CKyGStyleSetting::~CKyGStyleSetting() = default;
 

@@ -5,12 +5,4 @@ tagKyLineStyle::tagKyLineStyle()
 {
 }
 
-tagKyLineStyle& tagKyLineStyle::operator=(const tagKyLineStyle& other)
-{
-    crColor = other.crColor;
-    nPenStyle = other.nPenStyle;
-    nWidth = other.nWidth;
-    nTextHeight = other.nTextHeight;
-    dSpare = other.dSpare;
-    return *this;
-}
+tagKyLineStyle& tagKyLineStyle::operator=(const tagKyLineStyle& other) = default;

@@ -2,10 +2,4 @@
 
 tagKyPntStyle::tagKyPntStyle() : crColor(RGB(0, 255, 0)), dSize(5.0), nTextHeight(7) {}
 
-tagKyPntStyle& tagKyPntStyle::operator=(const tagKyPntStyle& other)
-{
-    crColor = other.crColor;
-    dSize = other.dSize;
-    nTextHeight = other.nTextHeight;
-    return *this;
-}
+tagKyPntStyle& tagKyPntStyle::operator=(const tagKyPntStyle& other) = default;

@@ -15,6 +15,8 @@
 #include "SceneRenderer.h"
 #include "SceneReader.h"
 #include "SceneWriter.h"
+#include "SettingsSchema.h"
+#include "StateProperties.h"
 
 #include <kygraph/ImageWnd.h>
 #include <kygraph/KyChart.h>
@@ -47,14 +49,6 @@ private:
 // Images above this many pixels are not kept between requests (8192 x 8192 is 256 MiB);
 // the browser's own size stays cached.
 constexpr long long kKeepPixels = 4096LL * 4096LL;
-
-nlohmann::json StateJson(const CKyStaPnt& p)
-{
-    // Relative humidity in percent, as in scenes and on the command line; no dew point is null.
-    const double tdp = p.GetTdp();
-    return nlohmann::json{{"tdb", p.GetTdb()}, {"twb", p.GetTwb()}, {"tdp", std::isfinite(tdp) ? nlohmann::json(tdp) : nlohmann::json()},
-                          {"rh", p.GetRH() * 100.0}, {"d", p.GetD()}, {"h", p.GetH()}, {"pv", p.GetPv()}, {"rho", p.GetRho()}};
-}
 
 bool TooMany(const Scene& s, std::vector<SceneError>& errors)
 {
@@ -246,7 +240,7 @@ nlohmann::json ChartSession::StateAt(int x, int y, int w, int h)
     CKyStaPnt pnt;
     std::string message;
     if (!PixelState(x, y, w, h, pnt, message)) return nlohmann::json{{"inside", false}, {"message", message}};
-    nlohmann::json j = StateJson(pnt);
+    nlohmann::json j = StateProperties::ViewerJson(pnt);
     j["inside"] = true;
     return j;
 }
@@ -266,7 +260,7 @@ nlohmann::json ChartSession::Geometry(int w, int h)
     const auto place = [chart](const CKyStaPnt& p) {
         CPoint pt;
         if (!p.IsValid() || !chart->Convert(p, pt)) return nlohmann::json(nullptr);
-        nlohmann::json s = StateJson(p);
+        nlohmann::json s = StateProperties::ViewerJson(p);
         s["pixel"] = {{"x", pt.x}, {"y", pt.y}};
         s["name"] = p.GetName().ToUtf8();
         return s;
@@ -295,26 +289,7 @@ nlohmann::json ChartSession::Geometry(int w, int h)
 nlohmann::json ChartSession::EffectiveSettings()
 {
     std::shared_lock<std::shared_mutex> scene(SceneLock());
-    const CKyGChartSetting& set = m_applier.Applied();
-    const CKyGDrawHstSetting& hst = set.m_DrawHstSetting;
-    const CKyGRangeSetting& range = set.m_RangeSetting;
-    return nlohmann::json{
-        {"display",
-         {{"protractor", hst.m_bShowASChart != 0}, {"isotherms", hst.m_bShowSameT != 0},
-          {"d_lines", hst.m_bShowSameD != 0}, {"h_lines", hst.m_bShowSameH != 0},
-          {"rh_curves", hst.m_bShowSameRH != 0}, {"title", hst.m_bShowTitle != 0}}},
-        {"intervals", {{"d", hst.m_dDInterval}, {"h", hst.m_dHInterval}, {"t", hst.m_dTInterval}, {"rh", hst.m_dRHInterval}}},
-        {"range", {{"tmin", range.GetMinT()}, {"tmax", range.GetMaxT()}, {"dmin", range.GetMinD()}, {"dmax", range.GetMaxD()}}},
-        {"pressure", CKyChart::InstanceGloble()->GetGlobleB()},
-        {"formulation", FormulationKey(CKyChart::InstanceGloble()->GetFormulation())},
-        {"winter", hst.m_bWinter != 0},
-        {"design",
-         {{"summer",
-           {{"outdoor", {{"tdb", hst.m_dSummerOutTdb}, {"twb", hst.m_dSummerOutTwb}}},
-            {"indoor", {{"tdb", hst.m_dSummerInTdb}, {"rh", hst.m_dSummerInRH}}}}},
-          {"winter",
-           {{"outdoor", {{"tdb", hst.m_dWinterOutTdb}, {"rh", hst.m_dWinterOutRH}}},
-            {"indoor", {{"tdb", hst.m_dWinterInTdb}, {"rh", hst.m_dWinterInRH}}}}}}}};
+    return SettingsSchema::Effective(m_applier.Applied());
 }
 
 nlohmann::ordered_json ChartSession::SceneJson(int w, int h)

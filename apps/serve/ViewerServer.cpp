@@ -5,7 +5,9 @@
 #include "ChartSession.h"
 #include "HostLanguage.h"
 #include "PaperSize.h"
+#include "SettingsSchema.h"
 #include "SocketStream.h"
+#include "StateProperties.h"
 #include "WebAssets.h"
 
 #include <algorithm>
@@ -506,6 +508,13 @@ void ViewerServer::Route()
         QueryParams q(req.params, {});
         if (!q.Ok()) return SendError(res, 400, q.Error());
         SendJson(res, 200, m_session.EffectiveSettings());
+    });
+
+    // What the page builds its settings form and its state readout from.
+    m_server.Get("/api/schema", [](const httplib::Request& req, httplib::Response& res) {
+        QueryParams q(req.params, {});
+        if (!q.Ok()) return SendError(res, 400, q.Error());
+        SendJson(res, 200, Json{{"settings", SettingsSchema::Form()}, {"state", StateProperties::ViewerRows()}});
     });
 
     m_server.Get("/api/info", [this](const httplib::Request& req, httplib::Response& res) {

@@ -191,12 +191,17 @@ TEST(RenderCommand, ReportIsAPdfOfTheChartAndItsTables)
 
 TEST(StateCommand, TablePrintsEveryPropertyWithItsUnit)
 {
-    const clitest::Run r = RunKygraph({"state", "--h", "50", "--rh", "50"}, clitest::ScratchDir("state-table"));
-    ASSERT_EQ(r.status, 0) << r.err;
-    EXPECT_EQ(r.out.rfind("moist air at 101325 Pa, chart formulation\n", 0), 0u) << r.out;
-    for (const char* row : {"tdb", "°C", "twb", "tdp", "rh", "%\n", "g/kg", "h           50.00 kJ/kg", "pv", "ps",
-                            "Pa", "m³/kg", "kg/m³"})
-        EXPECT_NE(r.out.find(row), std::string::npos) << row << " in\n" << r.out;
+    const std::pair<const char*, const char*> formulations[] = {
+        {"chart", "chart"}, {"ashrae", "ASHRAE 2017"}, {"realgas", "real-gas (Hyland-Wexler 1983)"}};
+    for (const auto& [formulation, heading] : formulations) {
+        const clitest::Run r = RunKygraph({"state", "--h", "50", "--rh", "50", "--formulation", formulation},
+                                          clitest::ScratchDir("state-table"));
+        ASSERT_EQ(r.status, 0) << r.err;
+        EXPECT_EQ(r.out.rfind("moist air at 101325 Pa, " + std::string(heading) + " formulation\n", 0), 0u) << r.out;
+        for (const char* row : {"tdb", "°C", "twb", "tdp", "rh", "%\n", "g/kg", "h           50.00 kJ/kg", "pv", "ps",
+                                "Pa", "m³/kg", "kg/m³"})
+            EXPECT_NE(r.out.find(row), std::string::npos) << row << " in\n" << r.out;
+    }
 }
 
 TEST(LocateCommand, IndoorDesignPixelGivesTheIndoorState)

@@ -5,6 +5,7 @@
 #include "SceneApplier.h"
 #include "SceneReader.h"
 #include "SceneWriter.h"
+#include "SettingsSchema.h"
 
 #include <kygraph/DC.h>
 #include <kygraph/ImageWnd.h>
@@ -135,6 +136,17 @@ TEST(SceneRoundTrip, KeepsWhatTheFileSays)
     EXPECT_NE(written.find("\"color\": \"#abcdef\""), std::string::npos);
     EXPECT_EQ(written.find("comment"), std::string::npos);
     EXPECT_EQ(SceneWriter::Write(Scene()), "{}\n");
+}
+
+// The settings table of docs/scene.md is the schema's own, so the two cannot drift apart.
+TEST(SettingsSchema, DocumentedTableIsTheSchemas)
+{
+    const std::string doc = clitest::ReadText(std::string(KY_SOURCE_DIR) + "/docs/scene.md");
+    const std::string begin = "<!-- generated from SettingsSchema -->\n", end = "<!-- end of generated table -->";
+    const size_t a = doc.find(begin), b = doc.find(end);
+    ASSERT_TRUE(a != std::string::npos && b > a) << "docs/scene.md has no generated settings table";
+    EXPECT_EQ(doc.substr(a + begin.size(), b - a - begin.size()), SettingsSchema::MarkdownTable())
+        << "docs/scene.md's table is to be replaced by the schema's, printed above \"As Text\"";
 }
 
 TEST(SceneReader, ReportsEachProblemWithItsPlace)

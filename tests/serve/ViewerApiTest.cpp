@@ -3,6 +3,7 @@
 // states the chart draws, points and scenes change only when valid, and saving is atomic.
 #include "ApiParams.h"
 #include "ChartSession.h"
+#include "SettingsSchema.h"
 #include "ViewerServer.h"
 
 #include <gtest/gtest.h>
@@ -108,6 +109,7 @@ TEST_F(ViewerApi, BadQueriesAreRefusedWithAMessage)
         "/api/geometry?w=100",                         // no height
         "/api/scene?w=100",                            // half a size
         "/api/info?x=1",                               // unknown parameter
+        "/api/schema?x=1",                             // unknown parameter
     };
     for (const char* path : bad) {
         auto res = client->Get(path);
@@ -412,6 +414,14 @@ TEST_F(ViewerApi, SettingsChangeTheImageAndReadBack)
     EXPECT_EQ(eff["display"]["title"], true);
     EXPECT_EQ(eff["winter"], true);
     EXPECT_EQ(eff["pressure"], 90000.0);
+    // Every field of the page's form reads back, of its type; the altitude is the scene's alone.
+    const Json schema = GetJson("/api/schema");
+    ASSERT_GE(schema["settings"].size(), 20u);
+    for (const Json& f : schema["settings"]) {
+        const Json v = eff.value(Json::json_pointer(SettingsSchema::Pointer(f["path"].get<std::string>())), Json());
+        const char* type = f["path"] == "altitude" ? "null" : f["type"] == "number" ? "number" : f["type"] == "bool" ? "boolean" : "string";
+        EXPECT_EQ(v.type_name(), std::string(type)) << f;
+    }
     EXPECT_NE(client->Get("/api/chart?w=600&h=500")->body, before);
     // Back to the defaults, back to the same picture.
     ASSERT_EQ(Send("PUT", "/api/scene", "{}")->status, 200);

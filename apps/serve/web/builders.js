@@ -163,7 +163,6 @@ addButton.addEventListener("click", () => {
 });
 
 const EDITABLE = ["fraction", "mass_a", "mass_b", "tdb", "rh", "d", "h", "adp", "bf", "dt0", "ratio", "t_steam"];
-const fmt1 = (v, n) => (typeof v === "number" && isFinite(v) ? v.toFixed(n) : "—");
 
 function renderBuilders() {
   if (!scene) return;
@@ -207,7 +206,7 @@ async function refreshGeometry() {
     return;
   }
   stateRows.replaceChildren(...(geometry.states || []).filter(Boolean).map((s) =>
-    el("tr", {}, ...[s.name, fmt1(s.tdb, 1), fmt1(s.rh, 1), fmt1(s.d, 2), fmt1(s.h, 2)].map((t) => el("td", { textContent: t })))));
+    el("tr", {}, ...[s.name, fmt(s.tdb, 1), fmt(s.rh, 1), fmt(s.d, 2), fmt(s.h, 2)].map((t) => el("td", { textContent: t })))));
   const a = document.getElementById("export-report");
   if (a) a.href = `/api/report?w=${Math.round(view.drawn.w / (window.devicePixelRatio || 1))}&h=${Math.round(view.drawn.h / (window.devicePixelRatio || 1))}`;
   document.body.dataset.geometry = String(view.redraws);
@@ -234,10 +233,10 @@ function segmentDistance(p, a, b) {
 function loadsText(st) {
   const l = st.loads;
   const lines = [`${st.name} (${st.fromName || "·"} → ${st.toName || "·"})`,
-    `Δt ${fmt1(l.dt, 2)} K   Δd ${fmt1(l.dd, 2)} g/kg   Δh ${fmt1(l.dh, 2)} kJ/kg`,
-    `ε ${fmt1(l.ratio, 0)} kJ/kg   SHR ${fmt1(l.shr, 2)}`];
+    `Δt ${fmt(l.dt, 2)} K   Δd ${fmt(l.dd, 2)} g/kg   Δh ${fmt(l.dh, 2)} kJ/kg`,
+    `ε ${fmt(l.ratio, 0)} kJ/kg   SHR ${fmt(l.shr, 2)}`];
   if (l.total !== null && l.total !== undefined)
-    lines.push(`sensible ${fmt1(l.sensible, 2)} kW   latent ${fmt1(l.latent, 2)} kW`, `total ${fmt1(l.total, 2)} kW   moisture ${fmt1(l.moisture, 2)} kg/h`);
+    lines.push(`sensible ${fmt(l.sensible, 2)} kW   latent ${fmt(l.latent, 2)} kW`, `total ${fmt(l.total, 2)} kW   moisture ${fmt(l.moisture, 2)} kg/h`);
   else lines.push(st.kind === "mixing" ? "a mixing exchanges no heat" : "no air flow given");
   return lines.join("\n");
 }
@@ -270,17 +269,8 @@ updateHistoryButtons();
 
 // ---------- altitude ----------
 
-// The site's altitude in place of the pressure; whichever of the two was edited last counts.
-const altitudeInput = el("input", { type: "number", step: "any", id: "altitude", min: -500, max: 11000 });
-const pressureField = document.querySelector('#settings input[name="pressure"]');
-if (pressureField) pressureField.closest("label").after(el("label", {}, "or altitude ", altitudeInput, " m"));
-altitudeInput.addEventListener("change", () => {
-  const next = structuredClone(scene);
-  delete next.pressure;
-  if (altitudeInput.value === "") delete next.altitude;
-  else next.altitude = Number(altitudeInput.value);
-  putScene(next);
-});
+// The site's altitude in place of the pressure (both are fields of the settings form);
+// whichever of the two was edited last counts.
 const putSceneBase = putScene;
 putScene = async function (next) {
   if (next && "pressure" in next && "altitude" in next) {
@@ -288,5 +278,4 @@ putScene = async function (next) {
     else delete next.pressure;
   }
   await putSceneBase(next);
-  altitudeInput.value = scene && typeof scene.altitude === "number" ? String(scene.altitude) : "";
 };

@@ -112,24 +112,17 @@ function imagePixel(ev) {
 
 function stateQuery(p) { return `x=${p.x}&y=${p.y}&w=${p.w}&h=${p.h}`; }
 
+// A number with digits decimals, or a dash for none; the one number format of the page.
 const fmt = (v, digits) => (typeof v === "number" && isFinite(v) ? v.toFixed(digits) : "—");
 
-const READOUT_ROWS = [
-  ["Dry bulb", "tdb", 1, "°C"],
-  ["Wet bulb", "twb", 1, "°C"],
-  ["Dew point", "tdp", 1, "°C"],
-  ["RH", "rh", 1, "%"],
-  ["d", "d", 2, "g/kg"],
-  ["h", "h", 2, "kJ/kg"],
-  ["pv", "pv", 0, "Pa"],
-  ["Density", "rho", 3, "kg/m³"],
-];
+// The readout's rows, as the server lists the properties of a state: {key, label, unit, digits}.
+let readoutRows = [];
 
 function renderReadout(state, ev) {
   if (state.inside) {
     readout.classList.remove("outside");
-    readout.innerHTML = "<table>" + READOUT_ROWS.map(([label, key, digits, unit, scale]) =>
-      `<tr data-key="${key}"><td>${label}</td><td class="v">${fmt(state[key] * (scale || 1), digits)}</td><td>${unit}</td></tr>`
+    readout.innerHTML = "<table>" + readoutRows.map(({ key, label, unit, digits }) =>
+      `<tr data-key="${key}"><td>${label}</td><td class="v">${fmt(state[key], digits)}</td><td>${unit}</td></tr>`
     ).join("") + "</table>";
   } else {
     readout.classList.add("outside");
@@ -204,12 +197,10 @@ function deleteButton(title, onClick) {
   return el("button", { type: "button", className: "delete", title, textContent: "✕", onclick: onClick });
 }
 
+// The properties a scene gives of a state, as the readout shows them.
 function describeState(s) {
-  const parts = [];
-  for (const [key, unit] of [["tdb", "°C"], ["rh", "%"], ["twb", "°C wb"], ["tdp", "°C dp"], ["d", "g/kg"],
-                             ["h", "kJ/kg"], ["pv", "Pa"]])
-    if (typeof s[key] === "number") parts.push(`${key} ${s[key].toFixed(key === "d" ? 2 : 1)} ${unit}`);
-  return parts.join(", ");
+  return readoutRows.filter(({ key }) => typeof s[key] === "number")
+    .map(({ key, unit, digits }) => `${key} ${fmt(s[key], digits)} ${unit}`).join(", ");
 }
 
 // Every reference to a state name in processes and ratio lines, renamed or (to === null) dropped.
@@ -371,17 +362,56 @@ function setPath(obj, path, value) {
   o[keys[keys.length - 1]] = value;
 }
 
-// Shows what the chart draws with: the scene's values and the defaults it leaves alone.
+// Builds the form from the server's table of settings: a fieldset per group, a control per
+// field named by its path; the winter switch is the season, whose design conditions show alone.
+function buildSettingsForm(fields) {
+  const make = (tag, props, ...children) => {
+    const e = Object.assign(document.createElement(tag), props);
+    e.append(...children);
+    return e;
+  };
+  const groups = new Map();
+  for (const f of fields) {
+    if (!groups.has(f.group))
+      groups.set(f.group, settingsForm.appendChild(make("fieldset", {}, make("legend", { textContent: f.group }))));
+    let parent = groups.get(f.group);
+    if (f.path === "winter") {
+      for (const season of ["Summer", "Winter"])
+        parent.append(make("label", {}, make("input", { type: "radio", name: "season", value: season.toLowerCase() }), ` ${season}`));
+      continue;
+    }
+    const [section, season] = f.path.split(".");
+    if (section === "design") {
+      parent = parent.querySelector(`.season[data-season="${season}"]`) ||
+        parent.appendChild(make("div", { className: "season" }));
+      parent.dataset.season = season;
+    }
+    let input;
+    if (f.type === "choice") input = make("select", {}, ...f.choices.map((c) => make("option", { value: c.value, textContent: c.label })));
+    else if (f.type === "bool") input = make("input", { type: "checkbox" });
+    else input = make("input", { type: "number", step: "any", min: f.min, max: f.max });
+    input.name = f.path;
+    input.id = f.path.replaceAll(".", "-");
+    parent.append(f.type === "bool" ? make("label", {}, input, ` ${f.label}`)
+      : make("label", {}, `${f.label} `, input, ...(f.unit ? [` ${f.unit}`] : [])));
+  }
+}
+
+// What the chart draws with: the scene's values and the defaults it leaves alone. A field the
+// chart keeps no value of (the altitude) shows the scene's, and may be left empty.
+let effective = {};
+const shownValue = (name) => getPath(effective, name) ?? getPath(scene, name);
+
 async function fillSettings() {
   let eff;
-  try { eff = await api("GET", "/api/settings"); } catch (err) { return; }
+  try { eff = effective = await api("GET", "/api/settings"); } catch (err) { return; }
   for (const input of settingsForm.elements) {
     if (!input.name) continue;
     if (input.name === "season") input.checked = (input.value === "winter") === !!eff.winter;
-    else if (input.type === "checkbox") input.checked = !!getPath(eff, input.name);
-    else if (input.tagName === "SELECT") input.value = String(getPath(eff, input.name));
+    else if (input.type === "checkbox") input.checked = !!shownValue(input.name);
+    else if (input.tagName === "SELECT") input.value = String(shownValue(input.name));
     else {
-      const v = getPath(eff, input.name);
+      const v = shownValue(input.name);
       input.value = typeof v === "number" ? String(v) : "";
     }
   }
@@ -396,6 +426,7 @@ settingsForm.addEventListener("change", (ev) => {
   if (input.name === "season") next.winter = input.value === "winter";
   else if (input.type === "checkbox") setPath(next, input.name, input.checked);
   else if (input.tagName === "SELECT") setPath(next, input.name, input.value);
+  else if (input.value === "" && getPath(effective, input.name) === undefined) setPath(next, input.name, undefined);
   else if (input.value === "") {
     showMessage(`${input.name}: a value is needed`, true);
     return;
@@ -418,6 +449,9 @@ saveButton.addEventListener("click", async () => {
 
 async function start() {
   try {
+    const schema = await api("GET", "/api/schema");
+    buildSettingsForm(schema.settings);
+    readoutRows = schema.state;
     const info = await api("GET", "/api/info");
     saveButton.disabled = !info.file;
     document.getElementById("save-target").textContent = info.file ? info.file : "no scene file given";
