@@ -3,6 +3,7 @@
 #include <kygraph/KyGBackground.h>
 #include <kygraph/KyGChartSetting.h>
 #include <kygraph/KyGDrawBase.h>
+#include <kygraph/KyGPlotFrame.h>
 #include <kygraph/KyGraphModule.h>
 #include <kygraph/Saturate.h>
 
@@ -12,60 +13,6 @@
 #include <cxxabi.h>
 #include <typeinfo>
 
-namespace {
-
-struct Corners {
-    CPoint minTMinD;  // bottom-left of the plot area
-    CPoint origin;    // top-left of the plot area
-    CPoint maxTMaxD;  // top-right of the plot area
-};
-
-// The plot-area corners every mapping needs, computed on each call from the live settings
-// (cheap: a few multiplications, no state-point copies), so they always follow the host.
-Corners PlotCorners(const CKyGChartSetting* set, CPoint ptOrigin)
-{
-    const double s = set->GetDrawScale();
-    // The range lengths of set itself: its GetTRangeLength and GetDRangeLength read the
-    // singleton's draw scale, which is the same number unless set is a chart's own settings.
-    const double tLength = set->m_RangeSetting.GetTRange() * set->m_dTLength * s;
-    const double dLength = set->m_RangeSetting.GetDRange() * set->m_dDLength * s;
-    Corners c;
-    c.minTMinD = ptOrigin + CSize(Ky::TruncToInt(set->m_dLeftMargin * s), Ky::TruncToInt(-set->m_dBottomMargin * s));
-    // The y offset is truncated as one sum on purpose.
-    c.origin = ptOrigin + CSize(Ky::TruncToInt(set->m_dLeftMargin * s),
-                                Ky::TruncToInt(-(tLength + set->m_dBottomMargin * s)));
-    c.maxTMaxD = c.origin + CSize(Ky::TruncToInt(dLength), 0);
-    return c;
-}
-
-// A usable denominator of a linear mapping: degenerate or broken ranges fail the mapping.
-bool UsableDenominator(double v) { return std::isfinite(v) && v != 0.0; }
-
-double Diff(int a, int b) { return static_cast<double>(a) - static_cast<double>(b); }
-
-// Pixel to enthalpy along the oblique axis; 0 below the bottom reference.
-int HFromPixel(const CKyGRangeSetting& range, const Corners& c, double tanH, const CPoint& pt, double& h)
-{
-    const double height = Diff(c.minTMinD.y, c.origin.y);
-    if (!UsableDenominator(height)) return 0;
-    const double r = (tanH * Diff(pt.x, c.minTMinD.x) + Diff(c.minTMinD.y, pt.y)) / height;
-    if (!(r >= 0)) return 0;
-    h = range.GetMinDMinTH() + (range.GetMinDMaxTH() - range.GetMinDMinTH()) * r;
-    return 1;
-}
-
-// Pixel to moisture content; 0 left of the left edge.
-int DFromPixel(const CKyGRangeSetting& range, const Corners& c, const CPoint& pt, double& d)
-{
-    const double width = Diff(c.maxTMaxD.x, c.origin.x);
-    if (!UsableDenominator(width)) return 0;
-    const double r = Diff(pt.x, c.origin.x) / width;
-    if (!(r >= 0)) return 0;
-    d = range.GetMinD() + range.GetDRange() * r;
-    return 1;
-}
-
-}  // namespace
 
 CKyGChart* CKyGChart::GetKyGChart()
 {
@@ -111,7 +58,7 @@ void CKyGChart::Init()
 
     const CKyGRangeSetting& range = set->m_RangeSetting;
     const double dh = range.GetMinDMaxTH() - range.GetMinDMinTH();
-    double length = std::fabs(Diff(GetMinTAndMinDPnt().y, GetChartOrigin().y));
+    double length = std::fabs(static_cast<double>(GetMinTAndMinDPnt().y) - GetChartOrigin().y);
     length *= std::cos(m_dHAngle);
     // A degenerate temperature range has no enthalpy span to divide by: the scale stays 0.
     m_dPerHLength = (std::isfinite(dh) && dh != 0.0) ? std::fabs(length / dh) : 0.0;
@@ -125,11 +72,16 @@ int CKyGChart::SetOrigin(CPoint pt)
     return 1;
 }
 
-CPoint CKyGChart::GetMinTAndMinDPnt() const { return PlotCorners(Settings(), m_ptOrigin).minTMinD; }
+CKyGPlotFrame CKyGChart::Frame() const
+{
+    return m_pRedrawFrame ? *m_pRedrawFrame : CKyGPlotFrame(*Settings(), m_ptOrigin, m_dTanHAngle);
+}
 
-CPoint CKyGChart::GetChartOrigin() const { return PlotCorners(Settings(), m_ptOrigin).origin; }
+CPoint CKyGChart::GetMinTAndMinDPnt() const { return Frame().MinTMinD(); }
 
-CPoint CKyGChart::GetMaxTAndMaxDPnt() const { return PlotCorners(Settings(), m_ptOrigin).maxTMaxD; }
+CPoint CKyGChart::GetChartOrigin() const { return Frame().ChartOrigin(); }
+
+CPoint CKyGChart::GetMaxTAndMaxDPnt() const { return Frame().MaxTMaxD(); }
 
 CPoint CKyGChart::GetChartMaxPoint() const
 {
@@ -139,43 +91,18 @@ CPoint CKyGChart::GetChartMaxPoint() const
            CSize(Ky::TruncToInt(set->m_dRightMargin * s), Ky::TruncToInt(-set->m_dTopMargin * s));
 }
 
-int CKyGChart::GetPoint(double h, double d, CPoint& pt) const
-{
-    const CKyGRangeSetting& range = Settings()->m_RangeSetting;
-    const Corners c = PlotCorners(Settings(), m_ptOrigin);
+int CKyGChart::GetPoint(double h, double d, CPoint& pt) const { return Frame().PointOf(h, d, pt); }
 
-    const double dSpan = range.GetMaxDMaxTD() - range.GetMinDMaxTD();
-    if (!UsableDenominator(dSpan)) return 0;
-    const double rd = (d - range.GetMinDMaxTD()) / dSpan;
-    if (!(rd >= 0)) return 0;
-    pt.x = Ky::TruncToInt(c.origin.x + rd * Diff(c.maxTMaxD.x, c.origin.x));
+int CKyGChart::GetH(const CPoint& pt, double& h) const { return Frame().HOf(pt, h); }
 
-    const double hSpan = range.GetMinDMaxTH() - range.GetMinDMinTH();
-    if (!UsableDenominator(hSpan)) return 0;
-    const double rh = (h - range.GetMinDMinTH()) / hSpan;
-    if (!(rh >= 0)) return 0;  // pt.x stays written, as callers expect
-    pt.y = Ky::TruncToInt(c.minTMinD.y - rh * Diff(c.minTMinD.y, c.origin.y) +
-                          m_dTanHAngle * Diff(pt.x, c.minTMinD.x));
-    return 1;
-}
-
-int CKyGChart::GetH(const CPoint& pt, double& h) const
-{
-    return HFromPixel(Settings()->m_RangeSetting, PlotCorners(Settings(), m_ptOrigin), m_dTanHAngle, pt, h);
-}
-
-int CKyGChart::GetD(const CPoint& pt, double& d) const
-{
-    return DFromPixel(Settings()->m_RangeSetting, PlotCorners(Settings(), m_ptOrigin), pt, d);
-}
+int CKyGChart::GetD(const CPoint& pt, double& d) const { return Frame().DOf(pt, d); }
 
 int CKyGChart::Convert(const CPoint& pt, CKyStaPnt& pnt)
 {
     CResourceModule::Scope scope(KyGraphModule());
-    const Corners corners = PlotCorners(Settings(), m_ptOrigin);
+    const CKyGPlotFrame frame = Frame();
     double h = 0.0, d = 0.0;
-    const CKyGRangeSetting& pixelRange = Settings()->m_RangeSetting;
-    if (!HFromPixel(pixelRange, corners, m_dTanHAngle, pt, h) || !DFromPixel(pixelRange, corners, pt, d)) {
+    if (!frame.HOf(pt, h) || !frame.DOf(pt, d)) {
         m_strLastError.LoadString(IDS_POINT_OUT_OF_RANGE);
         return 0;
     }
@@ -183,7 +110,7 @@ int CKyGChart::Convert(const CPoint& pt, CKyStaPnt& pnt)
         m_strLastError.LoadString(IDS_POINT_INVALID);
         return 0;
     }
-    const CKyGRangeSetting& range = Settings()->m_RangeSetting;
+    const CKyGRangeSetting& range = frame.Settings().m_RangeSetting;
     const double t = pnt.GetTdb();
     const double dd = pnt.GetD();
     // NaN would slip through the comparisons below: a non-finite state is out of range.
@@ -198,7 +125,8 @@ int CKyGChart::Convert(const CPoint& pt, CKyStaPnt& pnt)
 int CKyGChart::Convert(const CKyStaPnt& pnt, CPoint& pt)
 {
     CResourceModule::Scope scope(KyGraphModule());
-    const CKyGRangeSetting& range = Settings()->m_RangeSetting;
+    const CKyGPlotFrame frame = Frame();
+    const CKyGRangeSetting& range = frame.Settings().m_RangeSetting;
     const double t = pnt.GetTdb();
     const double d = pnt.GetD();
     if (!std::isfinite(t) || !std::isfinite(d) || t - 1e-6 > range.GetMaxT() || range.GetMinT() > t + 1e-6 ||
@@ -206,7 +134,7 @@ int CKyGChart::Convert(const CKyStaPnt& pnt, CPoint& pt)
         m_strLastError.LoadString(IDS_POINT_OUT_OF_RANGE);
         return 0;
     }
-    if (!GetPoint(pnt.GetH(), d, pt)) {
+    if (!frame.PointOf(pnt.GetH(), d, pt)) {
         m_strLastError.LoadString(IDS_POINT_OUT_OF_RANGE);
         return 0;
     }
@@ -337,6 +265,11 @@ int CKyGChart::Draw(CKyGDrawBase* pElem)
     // Each element is one part of the drawing, which a vector document keeps as a group named
     // by its class (toString is not that: the line families answer "CKyGProcess").
     dc->BeginGroup(ClassNameOf(*pElem));
+    // An element drawn on its own reads one frame for the whole of its drawing, as those of a
+    // redraw read the redraw's.
+    const CKyGPlotFrame* outer = m_pRedrawFrame;
+    const CKyGPlotFrame own = Frame();
+    if (outer == nullptr) m_pRedrawFrame = &own;
     int result = 0;
     try {
         result = pElem->Draw(dc);
@@ -345,6 +278,7 @@ int CKyGChart::Draw(CKyGDrawBase* pElem)
         // own drawing.
         result = 0;
     }
+    m_pRedrawFrame = outer;
     dc->EndGroup();
     return result;
 }
@@ -356,8 +290,12 @@ int CKyGChart::DrawAllChart()
     if (!HasWindow()) return 0;
     const CKyGChartSetting* set = Settings();
     const CKyGDrawHstSetting& hst = set->m_DrawHstSetting;
-    // Every element goes through the singleton, whichever chart runs the redraw.
+    // Every element goes through the singleton, whichever chart runs the redraw, and reads the
+    // one frame built here for the whole redraw.
     CKyGChart* chart = GetKyGChart();
+    const CKyGPlotFrame frame = chart->Frame();
+    const CKyGPlotFrame* outer = chart->m_pRedrawFrame;
+    chart->m_pRedrawFrame = &frame;
     CKyGBackground::DrawBase(*chart, *set);
 
     {
@@ -378,5 +316,6 @@ int CKyGChart::DrawAllChart()
     }
     if (outdoor) CKyGBackground::DrawReferencePoint(*chart, m_StaPntW, true);
     if (indoor) CKyGBackground::DrawReferencePoint(*chart, m_StaPntN, false);
+    chart->m_pRedrawFrame = outer;
     return 1;
 }

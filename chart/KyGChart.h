@@ -8,6 +8,7 @@
 #include <kygraph/DC.h>
 #include <kygraph/KyExport.h>
 #include <kygraph/KyObject.h>
+#include <kygraph/KyGPlotFrame.h>
 #include <kygraph/KyStaPnt.h>
 #include <kygraph/Point.h>
 #include <kygraph/String.h>
@@ -43,8 +44,9 @@ public:
     // A chart of the host's own that reads settings (not owned; it must outlive the chart)
     // instead of the settings singleton, and keeps its fitted origin and draw scale to itself
     // and settings. With a copy of the singleton's settings it maps pixels and states exactly
-    // as the singleton would, without touching anything the singleton's drawing uses. Meant
-    // for mapping: elements drawn through it still read the singleton.
+    // as the singleton would, without touching anything the singleton's drawing uses. An
+    // element drawn through it reads these settings; its full redraw still draws through the
+    // singleton.
     explicit CKyGChart(CKyGChartSetting& settings);
 
     // Bottom-left corner of the whole drawing (plot area plus margins) in client pixels;
@@ -105,6 +107,9 @@ public:
     int Draw(CKyGDrawBase* pElem);
     // The off-screen surface's DC, for hosts and elements that draw on it themselves.
     CDC* GetChartDC();
+    // What a mapping or a drawing reads of this chart: during a full redraw the frame that
+    // redraw built, otherwise one built now from the settings, origin and model in effect.
+    CKyGPlotFrame Frame() const;
 
 protected:
     // Pixel to enthalpy / moisture content; 0 below the bottom reference or left of the
@@ -134,4 +139,5 @@ private:
     double m_dInitScale = 1.0;    // fit-to-window scale of the last attach
     CSize m_sizeSurface;          // size of m_bmpChart; (0, 0) while there is no surface
     CKyGChartSetting* m_pSettings = nullptr;  // the host's settings, not owned; null: the singleton
+    const CKyGPlotFrame* m_pRedrawFrame = nullptr;  // the running redraw's frame, else null
 };

@@ -1,6 +1,7 @@
 #include <kygraph/KyGDrawBase.h>
 
 #include <kygraph/Brush.h>
+#include <kygraph/KyGChart.h>
 #include <kygraph/KyGChartSetting.h>
 #include <kygraph/Font.h>
 #include <kygraph/Pen.h>
@@ -173,11 +174,13 @@ CSize CKyGDrawBase::CStyledPen::Measure(const CString& text) const
     return GetTextExtent(m_pDC, Ky::TruncToInt(m_style.nTextHeight * m_dScale), text);
 }
 
-const CKyGChartSetting& CKyGDrawBase::Settings() { return *CKyGChartSetting::GetKyGChartSetting(); }
+CKyGPlotFrame CKyGDrawBase::Frame() const { return (m_pChart ? m_pChart : CKyGChart::GetKyGChart())->Frame(); }
 
-CKyGDrawBase::CStyledPen CKyGDrawBase::Pen(CDC* pDC, const tagKyLineStyle& style)
+const CKyGChartSetting& CKyGDrawBase::Settings() const { return Frame().Settings(); }
+
+CKyGDrawBase::CStyledPen CKyGDrawBase::Pen(CDC* pDC, const tagKyLineStyle& style) const
 {
-    return CStyledPen(pDC, style, Settings().GetDrawScale());
+    return CStyledPen(pDC, style, Frame().Scale());
 }
 
 CString CKyGDrawBase::LoadText(UINT id)

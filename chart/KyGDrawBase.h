@@ -8,6 +8,7 @@
 #include <kygraph/DC.h>
 #include <kygraph/KyExport.h>
 #include <kygraph/KyLineStyle.h>
+#include <kygraph/KyGPlotFrame.h>
 #include <kygraph/KyObject.h>
 #include <kygraph/Point.h>
 #include <kygraph/Rect.h>
@@ -95,10 +96,13 @@ protected:
         double m_dScale;
     };
 
-    // The settings every element reads: the singleton's, whichever chart draws it.
-    static const CKyGChartSetting& Settings();
-    // A pen of style at the settings' draw scale.
-    static CStyledPen Pen(CDC* pDC, const tagKyLineStyle& style);
+    // What the element reads of its chart: the frame of the drawing it is part of (the
+    // singleton chart's when it has no chart), with the settings, corners, draw scale and
+    // model conditions of that drawing.
+    CKyGPlotFrame Frame() const;
+    const CKyGChartSetting& Settings() const;
+    // A pen of style at the frame's draw scale.
+    CStyledPen Pen(CDC* pDC, const tagKyLineStyle& style) const;
     // A string-table entry of the current module; empty when it has none.
     static CString LoadText(UINT id);
 

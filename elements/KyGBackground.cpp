@@ -166,7 +166,7 @@ void CKyGBackground::DrawBase(CKyGChart& chart, const CKyGChartSetting& set)
 
 int CKyGBackground::DrawOverlay(CKyGChart& chart)
 {
-    return DrawFamilies(chart, *CKyGChartSetting::GetKyGChartSetting(), Layer::Overlay);
+    return DrawFamilies(chart, chart.Frame().Settings(), Layer::Overlay);
 }
 
 void CKyGBackground::DrawReferencePoint(CKyGChart& chart, const CKyStaPnt& point, bool labelRight)

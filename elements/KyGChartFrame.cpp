@@ -26,9 +26,9 @@ int CKyGChartFrame::Draw(CDC* pDC)
     if (chart == nullptr) return 0;  // nothing to place the frame on
     CResourceModule::Scope scope(KyGraphModule());
 
-    const CKyGChartSetting* set = CKyGChartSetting::GetKyGChartSetting();
+    const CKyGChartSetting* set = &Settings();
     const CKyGStyleSetting& styles = set->m_StyleSetting;
-    const double s = set->GetDrawScale();
+    const double s = Frame().Scale();
     const CStyledPen frame = Pen(pDC, styles.m_FrameStyle);
     const CStyledPen dPen = Pen(pDC, styles.m_SameDStyle);
     const CStyledPen tPen = Pen(pDC, styles.m_SameTStyle);
@@ -53,7 +53,7 @@ int CKyGChartFrame::Draw(CDC* pDC)
         frame.Text(CPoint(x0, RowUp(y0, 2, h)), 0.0, kcal);
         frame.Text(CPoint(x0, RowUp(y0, 3, h)), 0.0, LoadText(IDS_FORMULA_KJ));
 
-        const double b = CKyChart::InstanceGloble()->GetGlobleB();
+        const double b = Frame().B();
         CString pressure;
         pressure.Format(LoadText(IDS_PRESSURE_FORMAT).GetString(), b, b * 0.0075);
         frame.Text(CPoint(x0, RowUp(y0, 5, h)), 0.0, pressure);

@@ -64,7 +64,7 @@ int CKyGDRuler::Draw(CDC* pDC)
     ext = pen.Measure(title);
     pen.Text(L + CSize(W / 2 - ext.cx / 2, Ky::TruncToInt(-6.0 * s * 2.0 - ext.cy)), 0.0, title);
 
-    const double b = CKyChart::InstanceGloble()->GetGlobleB();
+    const double b = Frame().B();
     const double dSpan = range.GetMaxD() - range.GetMinD();
     ForEachTick(pmin, pmax, [&](double p, bool longTick, bool labelled) {
         const double pv = p * 100.0;

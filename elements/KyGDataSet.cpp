@@ -29,10 +29,10 @@ int CKyGDataSet::Draw(CDC* pDC)
     m_nMaxPerCell = 0;
     CKyGChart* chart = GetChart();
     if (chart == nullptr) return 0;
-    const CKyGChartSetting* set = CKyGChartSetting::GetKyGChartSetting();
+    const CKyGChartSetting* set = &Settings();
     const CKyGOverlaySetting& ov = set->m_OverlaySetting;
     const tagKyPntStyle style = ov.m_DataStyle;
-    const double k = set->GetDrawScale();
+    const double k = Frame().Scale();
     KyGPlotMap map;
     if (!map.Init(*chart, *set)) {
         m_nSkipped = GetCount();

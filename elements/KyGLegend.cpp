@@ -79,11 +79,11 @@ CPoint CKyGLegend::Place(CDC* pDC, CSize box)
     // raster surface, when something is already drawn there. States lie above the saturation
     // curve, so one saturated state per column of samples tells them apart.
     KyGPlotMap map;
-    const bool mapped = map.Init(*chart, *CKyGChartSetting::GetKyGChartSetting());
+    const bool mapped = map.Init(*chart, Settings());
     const COLORREF paper = pDC->GetPixel(0, 0);
     // A surface that cannot be read (vectors) shows nothing of what is drawn: the box then also
     // keeps clear of the enthalpy ruler that runs along the saturation curve.
-    const double margin = paper == 0xFFFFFFFF ? 45.0 * CKyGChartSetting::GetKyGChartSetting()->GetDrawScale() : kGrid;
+    const double margin = paper == 0xFFFFFFFF ? 45.0 * Frame().Scale() : kGrid;
     std::vector<unsigned char> states(static_cast<size_t>(cols) * rows), ink(states.size());
     for (int c = 0; c < cols; ++c) {
         const double x = tl.x + c * kGrid;

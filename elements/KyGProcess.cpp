@@ -36,7 +36,7 @@ int CKyGProcess::Draw(CDC* pDC)
     CResourceModule::Scope scope(KyGraphModule());
     // Mapping and markers go through the singleton, not through this element's chart; intended.
     CKyGChart* chart = CKyGChart::GetKyGChart();
-    const CKyGChartSetting* set = CKyGChartSetting::GetKyGChartSetting();
+    const CKyGChartSetting* set = &chart->Frame().Settings();
     const tagKyLineStyle line = set->m_StyleSetting.m_ProcessStyle;
     // The first point the chart cannot place ends the draw; what was drawn stays.
     auto fail = [this] {

@@ -18,9 +18,9 @@ CString CKyGSameAS::toString() const { return CString(L"CKyGSameAS"); }
 
 int CKyGSameAS::Draw(CDC* pDC)
 {
-    const CKyGChartSetting* set = CKyGChartSetting::GetKyGChartSetting();
+    const CKyGChartSetting* set = &Settings();
     const tagKyLineStyle style = set->m_StyleSetting.m_SameASStyle;
-    const double textHeight = style.nTextHeight * set->GetDrawScale();
+    const double textHeight = style.nTextHeight * Frame().Scale();
 
     // Drawn as the host set the ends: nothing converted or clipped.
     DrawLine(pDC, m_ptStart, m_ptEnd, style.nPenStyle, style.nWidth, style.crColor);

@@ -40,9 +40,9 @@ int CKyGStaPnt::Draw(CDC* pDC)
         return 0;
     }
 
-    const CKyGChartSetting* set = CKyGChartSetting::GetKyGChartSetting();
+    const CKyGChartSetting* set = &Settings();
     const tagKyPntStyle style = set->m_StyleSetting.m_StaPntStyle;
-    const double k = set->GetDrawScale();
+    const double k = Frame().Scale();
     const double size = style.dSize * k;
     const double textHeight = style.nTextHeight * k;
 

@@ -170,7 +170,7 @@ std::vector<std::vector<std::pair<double, double>>> CKyGZone::Outline() const
     // The temperature window: the zone's own limits within what the state model accepts, and
     // when the zone leaves it open, the chart's range with a margin, so that curved sides are
     // followed closely where they show.
-    const CKyGRangeSetting& range = CKyGChartSetting::GetKyGChartSetting()->m_RangeSetting;
+    const CKyGRangeSetting& range = Settings().m_RangeSetting;
     const double chartLo = std::min(range.GetMinT(), range.GetMaxT()) - 10.0;
     const double chartHi = std::max(range.GetMinT(), range.GetMaxT()) + 10.0;
     double t0 = std::isinf(m_dLow[Tdb]) ? chartLo : m_dLow[Tdb];
@@ -253,10 +253,10 @@ int CKyGZone::Draw(CDC* pDC)
     CResourceModule::Scope scope(KyGraphModule());
     CKyGChart* chart = GetChart();
     if (chart == nullptr) return 0;
-    const CKyGChartSetting* set = CKyGChartSetting::GetKyGChartSetting();
+    const CKyGChartSetting* set = &Settings();
     const CKyGOverlaySetting& ov = set->m_OverlaySetting;
     const tagKyLineStyle style = ov.m_ZoneStyle;
-    const double k = set->GetDrawScale();
+    const double k = Frame().Scale();
 
     const auto outline = Outline();
     if (outline.empty()) {

@@ -19,11 +19,15 @@ struct CountingElement : CKyGDrawBase {
     int Draw(CDC* pDC) override
     {
         seen = pDC;
+        settings = &Settings();
+        scale = Frame().Scale();
         if (fail) throw std::runtime_error("element failure");
         return 7;
     }
     bool fail = false;
     CDC* seen = nullptr;
+    const CKyGChartSetting* settings = nullptr;
+    double scale = 0.0;
 };
 
 bool IsNumber(const CString& s)
@@ -128,8 +132,23 @@ TEST_F(Pipeline, SurfaceIsClearedCopiedAndHandedToElements)
     CountingElement e;
     EXPECT_EQ(chart->Draw(&e), 7);
     EXPECT_EQ(e.seen, chart->GetChartDC());
+    EXPECT_EQ(e.settings, set);
     e.fail = true;
     EXPECT_EQ(chart->Draw(&e), 0);  // nothing is thrown across the interface
+    e.fail = false;
+
+    // An element reads the frame of the chart it is drawn through: a chart of the host's own
+    // hands it that chart's settings and fitted draw scale, not the singleton's.
+    CKyGChartSetting own(*set);
+    CKyGChart mine(own);
+    CImageWnd half{500, 400, RGB(255, 255, 255)};
+    ASSERT_EQ(mine.AttachDarwWnd(&half), 1);
+    ASSERT_NE(mine.UptateDrawWnd(1), 0);
+    EXPECT_EQ(mine.Draw(&e), 7);
+    EXPECT_EQ(e.settings, &own);
+    EXPECT_EQ(e.scale, own.GetDrawScale());
+    EXPECT_NE(e.scale, set->GetDrawScale());
+    mine.AttachDarwWnd(nullptr);
 
     // After the window grew only the old surface is copied; a shrunk one copies what fits.
     ASSERT_TRUE(wnd.SetClientSize(1200, 900));
