@@ -127,7 +127,8 @@ TEST_F(StaPnt, HandDKeepsItsInputsExactly)
 }
 
 // The chart's formulation at 20 °C, 50 %: pws = 2339.3 Pa (ASHRAE 2017 Table 3), so
-// d = 622 · 1169.6 / (101325 - 1169.6) and h = 1.01·20 + 0.001 d (2500 + 1.84·20).
+// d = 622 · 1169.6 / (101325 - 1169.6), h = 1.01·20 + 0.001 d (2500 + 1.84·20), and
+// v = 0.287042 · 293.15 (1 + 1.6078 d/1000) / 101.325 worked out by hand.
 TEST_F(StaPnt, ChartFormulationAtAKnownState)
 {
     CKyStaPnt p;
@@ -135,8 +136,8 @@ TEST_F(StaPnt, ChartFormulationAtAKnownState)
     EXPECT_NEAR(p.GetPs(), 2339.3, 0.7);
     EXPECT_NEAR(p.GetD(), 7.2638, 0.003);
     EXPECT_NEAR(p.GetH(), 38.626, 0.008);
-    EXPECT_NEAR(p.GetV(), 287.042 * 293.15 * (1 + p.GetD() / 622.0) / 101325.0, 1e-12);
-    EXPECT_NEAR(p.GetRho(), (1 + p.GetD() / 1000.0) / p.GetV(), 1e-12);
+    EXPECT_NEAR(p.GetV(), 0.8401, 0.0002);    // m³/kg dry air
+    EXPECT_NEAR(p.GetRho(), 1.1989, 0.0003);  // kg/m³ of the mixture
     EXPECT_NEAR(p.GetTdp(), 9.27, 0.02);
 }
 
