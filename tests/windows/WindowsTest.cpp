@@ -11,6 +11,9 @@
 #include <kygraph/Pen.h>
 
 #include <functional>
+#include <vector>
+
+#include <winver.h>
 
 namespace {
 
@@ -146,4 +149,15 @@ TEST_F(WindowsHost, LibraryReadsItsOwnStringsOverTheHosts)
 
     ASSERT_TRUE(host.LoadString(103));
     EXPECT_EQ(host, L"host entry 103") << "the library put the host's module back";
+
+    // The DLL's version record is its own (a runtime statically linked in once replaced it).
+    wchar_t path[MAX_PATH];
+    ASSERT_GT(GetModuleFileNameW(GetModuleHandleW(L"KyGraph.dll"), path, MAX_PATH), 0u);
+    std::vector<char> info(GetFileVersionInfoSizeW(path, nullptr));
+    ASSERT_FALSE(info.empty());
+    ASSERT_TRUE(GetFileVersionInfoW(path, 0, static_cast<DWORD>(info.size()), info.data()));
+    void* value = nullptr;
+    UINT length = 0;
+    ASSERT_TRUE(VerQueryValueW(info.data(), L"\\StringFileInfo\\080404b0\\OriginalFilename", &value, &length));
+    EXPECT_STREQ(static_cast<const wchar_t*>(value), L"KyGraph.dll");
 }
