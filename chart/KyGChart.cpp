@@ -11,6 +11,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <cxxabi.h>
+#include <optional>
 #include <typeinfo>
 
 
@@ -267,9 +268,10 @@ int CKyGChart::Draw(CKyGDrawBase* pElem)
     dc->BeginGroup(ClassNameOf(*pElem));
     // An element drawn on its own reads one frame for the whole of its drawing, as those of a
     // redraw read the redraw's.
+    // Within a redraw the frame is already there: building one per line would be wasted.
     const CKyGPlotFrame* outer = m_pRedrawFrame;
-    const CKyGPlotFrame own = Frame();
-    if (outer == nullptr) m_pRedrawFrame = &own;
+    std::optional<CKyGPlotFrame> own;
+    if (outer == nullptr) m_pRedrawFrame = &own.emplace(Frame());
     int result = 0;
     try {
         result = pElem->Draw(dc);
