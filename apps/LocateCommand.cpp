@@ -1,6 +1,7 @@
 #include "LocateCommand.h"
 
 #include "CommandLine.h"
+#include "SceneCommandLine.h"
 #include "HostLanguage.h"
 #include "SceneApplier.h"
 #include "StateReport.h"
@@ -31,10 +32,10 @@ LocateCommand::LocateCommand(CLI::App& app)
 int LocateCommand::Run()
 {
     Scene scene;
-    if (!CommandLine::LoadScene(m_scene, scene)) return CommandLine::kExitUsage;
+    if (!SceneCommandLine::LoadScene(m_scene, scene)) return CommandLine::kExitUsage;
     HostLanguage::Choose(m_lang, scene.lang);
     int width = 0, height = 0;
-    if (!CommandLine::ClientSize(m_size, scene, width, height)) return CommandLine::kExitUsage;
+    if (!SceneCommandLine::ClientSize(m_size, scene, width, height)) return CommandLine::kExitUsage;
     if (m_x < 0 || m_x >= width || m_y < 0 || m_y >= height) {
         CommandLine::Error("pixel (" + std::to_string(m_x) + ", " + std::to_string(m_y) + ") lies outside the " +
                            std::to_string(width) + "x" + std::to_string(height) + " client area");
@@ -43,7 +44,7 @@ int LocateCommand::Run()
     SceneApplier applier;
     std::vector<SceneError> errors;
     if (!applier.Apply(scene, errors)) {
-        CommandLine::ReportErrors(m_scene, errors);
+        SceneCommandLine::ReportErrors(m_scene, errors);
         return CommandLine::kExitUsage;
     }
     CKyGChart* chart = CKyGChart::GetKyGChart();

@@ -2,6 +2,7 @@
 
 #include "AtomicFile.h"
 #include "CommandLine.h"
+#include "SceneCommandLine.h"
 #include "HostLanguage.h"
 #include "PaperSize.h"
 #include "ReportWriter.h"
@@ -85,7 +86,7 @@ int RenderCommand::Run()
         return CommandLine::kExitUsage;
     }
     Scene scene;
-    if (!CommandLine::LoadScene(m_scene, scene)) return CommandLine::kExitUsage;
+    if (!SceneCommandLine::LoadScene(m_scene, scene)) return CommandLine::kExitUsage;
     HostLanguage::Choose(m_lang, scene.lang);
     if (m_altitudeOption->count() > 0) {
         const double b = CKyChart::StandardPressure(m_altitude);
@@ -97,7 +98,7 @@ int RenderCommand::Run()
         scene.pressure.reset();
     }
     int width = 0, height = 0;
-    if (!CommandLine::ClientSize(m_size, scene, width, height)) return CommandLine::kExitUsage;
+    if (!SceneCommandLine::ClientSize(m_size, scene, width, height)) return CommandLine::kExitUsage;
     if (!m_paper.empty()) width = paper.ChartWidth(), height = paper.ChartHeight();
     // Data files of the scene are relative to its folder; those of --data to the working one.
     for (SceneData& d : scene.extras.data)
@@ -110,7 +111,7 @@ int RenderCommand::Run()
     SceneApplier applier;
     std::vector<SceneError> errors;
     if (!applier.Apply(scene, errors)) {
-        CommandLine::ReportErrors(m_scene, errors);
+        SceneCommandLine::ReportErrors(m_scene, errors);
         return CommandLine::kExitUsage;
     }
 
@@ -127,7 +128,7 @@ int RenderCommand::Run()
         CommandLine::Error("the chart could not be drawn at " + std::to_string(width) + "x" + std::to_string(height));
         return CommandLine::kExitFailure;
     case SceneRenderer::OverlaysFailed:
-        CommandLine::ReportErrors(m_scene, errors);
+        SceneCommandLine::ReportErrors(m_scene, errors);
         return CommandLine::kExitFailure;
     case SceneRenderer::EncodeFailed:
         CommandLine::Error("cannot encode " + m_output);
@@ -154,7 +155,7 @@ int RenderCommand::WriteReport(SceneApplier& applier, int width, int height, boo
     // Twice the size, so that the chart stays sharp when the page is printed.
     if (SceneRenderer::Encode(applier, 2 * width, 2 * height, CImageWnd::Raster, antialias, content.chartPng, errors) !=
         SceneRenderer::Done) {
-        CommandLine::ReportErrors(m_scene, errors);
+        SceneCommandLine::ReportErrors(m_scene, errors);
         if (errors.empty()) CommandLine::Error("the chart could not be drawn for the report");
         return CommandLine::kExitFailure;
     }

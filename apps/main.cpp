@@ -1,5 +1,6 @@
-// kygraph: the psychrometric chart from the command line. Each command is one class; this file
-// only hands the command line to the one that was chosen.
+// kygraph-chart and kygraph-serve: every command of kygraph, which hands them every command line
+// but `state`. Each command is one class; this file only hands the command line to the one that
+// was chosen.
 #include "CommandLine.h"
 #include "LocateCommand.h"
 #include "RenderCommand.h"
@@ -8,21 +9,20 @@
 
 #include <kygraph/KyGraphModule.h>
 
-// One command line for both programs: kygraph hands `serve` over to kygraph-serve, which
+// One command line for both programs: kygraph-chart hands `serve` over to kygraph-serve, which
 // serves in process (chosen by the build).
 #if defined(KYGRAPH_SERVE_IN_PROCESS)
 #include "ServeRunner.h"
 static int Serve(const ServeCommand& serve, char**) { return ServeRunner::Run(serve); }
 #else
-#include "ServeLauncher.h"
-static int Serve(const ServeCommand&, char** argv) { return ServeLauncher::Exec(argv); }
+#include "ProgramLauncher.h"
+static int Serve(const ServeCommand&, char** argv) { return ProgramLauncher::Exec("kygraph-serve", argv); }
 #endif
 
 int main(int argc, char** argv)
 {
     const KyVersionRecord& version = KyGraphVersion();
-    CLI::App app{"kygraph: the psychrometric (h-d) chart of moist air: render charts, query states, locate pixels",
-                 "kygraph"};
+    CLI::App app{CommandLine::kDescription, "kygraph"};
     app.set_version_flag("--version", std::string("kygraph (") + version.name + " " + version.version + ")");
     app.require_subcommand(1);
     app.footer("Run \"kygraph COMMAND --help\" for a command's options and an example.");

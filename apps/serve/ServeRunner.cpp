@@ -2,6 +2,7 @@
 
 #include "ChartSession.h"
 #include "CommandLine.h"
+#include "SceneCommandLine.h"
 #include "HostLanguage.h"
 #include "ServeCommand.h"
 #include "ViewerServer.h"
@@ -19,7 +20,7 @@ int ServeRunner::Run(const ServeCommand& options)
     Scene scene;
     std::error_code ec;
     const bool existing = !options.ScenePath().empty() && std::filesystem::exists(options.ScenePath(), ec);
-    if (existing && !CommandLine::LoadScene(options.ScenePath(), scene)) return CommandLine::kExitUsage;
+    if (existing && !SceneCommandLine::LoadScene(options.ScenePath(), scene)) return CommandLine::kExitUsage;
     // The session speaks the environment's language unless --lang says otherwise, and --lang
     // also outweighs the scene's own choice; the viewer's switch changes the scene's.
     HostLanguage::Choose(options.Lang(), std::nullopt);
@@ -30,7 +31,7 @@ int ServeRunner::Run(const ServeCommand& options)
     serve::ChartSession session;
     std::vector<SceneError> errors;
     if (!session.Open(scene, options.ScenePath(), errors)) {
-        CommandLine::ReportErrors(options.ScenePath(), errors);
+        SceneCommandLine::ReportErrors(options.ScenePath(), errors);
         return CommandLine::kExitUsage;
     }
 

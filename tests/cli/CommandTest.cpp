@@ -134,6 +134,16 @@ TEST(CommandLine, HelpOfEachCommandShowsAnExampleAndVersionNamesTheLibrary)
     EXPECT_EQ(v.out, "kygraph (KyGraph 1.0.0)\n");
 }
 
+TEST(StateCommand, LoadsNoDrawingLibrary)
+{
+    // kygraph answers states with the model linked in; only other commands load the chart.
+    const std::filesystem::path dir = clitest::ScratchDir("state-libs");
+    ASSERT_EQ(std::system(("ldd " + clitest::Quote(clitest::kBinary) + " >" + clitest::Quote((dir / "ldd").string())).c_str()), 0);
+    const std::string libs = clitest::ReadText(dir / "ldd");
+    for (const char* drawing : {"libKy", "libWidgetry", "libcairo", "libpango", "libssl"})
+        EXPECT_EQ(libs.find(drawing), std::string::npos) << drawing << " in\n" << libs;
+}
+
 TEST(StateCommand, AgreesWithHandCheckedValues)
 {
     // h = 1.01 t + 0.001 d (2500 + 1.84 t), exact for a state set by t and d.
