@@ -2,8 +2,33 @@
 
 #include <kygraph/KyMessages.h>
 
+#include <algorithm>
+#include <charconv>
+#include <cmath>
 #include <cstdarg>
 #include <cwchar>
+
+namespace {
+
+// v as "%.*g" with the fewest digits from 6 to 17 that read back as v. to_chars and from_chars
+// are exact and need no locale; a redraw formats thousands of these for the states it refuses.
+std::to_chars_result ShortestG(char* first, char* last, double v)
+{
+    if (!std::isfinite(v)) return std::to_chars(first, last, v);
+    // The shortest digits that read back: no fewer digits in %g form can.
+    std::to_chars_result r = std::to_chars(first, last, v, std::chars_format::scientific);
+    int digits = 0;
+    for (const char* c = first; c != r.ptr && *c != 'e'; ++c) digits += *c >= '0' && *c <= '9';
+    for (int n = std::max(digits, 6); n <= 17; ++n) {
+        r = std::to_chars(first, last, v, std::chars_format::general, n);
+        double back = 0.0;
+        std::from_chars(first, r.ptr, back);
+        if (back == v) break;
+    }
+    return r;
+}
+
+}  // namespace
 
 namespace Ky::Detail {
 
@@ -36,13 +61,9 @@ std::wstring WithNumbers(const wchar_t* fmt, std::initializer_list<double> value
             continue;
         }
         const double v = next != values.end() ? *next++ : 0.0;
-        wchar_t buf[40];
-        // The shortest of %.6g .. %.17g that reads back as v: 17 digits always do.
-        for (int digits = 6; digits <= 17; ++digits) {
-            std::swprintf(buf, sizeof buf / sizeof buf[0], L"%.*g", digits, v);
-            if (!(std::wcstod(buf, nullptr) != v)) break;  // NaN prints once as "nan"
-        }
-        out += buf;
+        char buf[40];
+        const std::to_chars_result r = ShortestG(buf, buf + sizeof buf, v);
+        out.append(buf, r.ptr);  // ASCII only: digits, sign, point, exponent, inf, nan
     }
     return out;
 }

@@ -98,6 +98,15 @@ double KyCairoBackend::Height() const { return Target() ? Target()->height : 0; 
     cairo_t* cr = Context();                              \
     if (!cr) return Target()->cs == nullptr;
 
+bool KyCairoBackend::Pixels(Ky::PixelBuffer& buf)
+{
+    KySurface* t = Target();
+    if (m_kind != Raster || !t || !t->cs || cairo_surface_get_type(t->cs) != CAIRO_SURFACE_TYPE_IMAGE) return false;
+    cairo_surface_flush(t->cs);
+    buf = Ky::PixelBuffer{cairo_image_surface_get_data(t->cs), cairo_image_surface_get_stride(t->cs), t->width, t->height};
+    return buf.data != nullptr;
+}
+
 void KyCairoBackend::StrokeWith(cairo_t* cr, const KyPen& pen, bool aliased, double dashOffset)
 {
     cairo_set_antialias(cr, Aliased(aliased) ? CAIRO_ANTIALIAS_NONE : CAIRO_ANTIALIAS_DEFAULT);
@@ -126,18 +135,14 @@ bool KyCairoBackend::Polyline(const POINT* pts, int n, const KyPen& pen, bool al
         item.pen = pen;
         Keep(std::move(item));
     }
-    cairo_surface_t* cs = Target()->cs;
-    if (m_kind == Raster && pen.width <= 1 && cairo_surface_get_type(cs) == CAIRO_SURFACE_TYPE_IMAGE) {
-        cairo_surface_flush(cs);
-        const Ky::PixelBuffer buf{cairo_image_surface_get_data(cs), cairo_image_surface_get_stride(cs),
-                                  Target()->width, Target()->height};
-        if (!buf.data) return false;
+    Ky::PixelBuffer buf{};
+    if (pen.width <= 1 && Pixels(buf)) {
         int count = 0;
         const int* dashes = Ky::CosmeticDashes(pen.style, count);
         std::int64_t styleIndex = 0;
         for (int i = 0; i + 1 < n; ++i)
             Ky::PixelLine(buf, pts[i], pts[i + 1], pen.color, !aliased, dashes, count, styleIndex);
-        cairo_surface_mark_dirty(cs);
+        cairo_surface_mark_dirty(Target()->cs);
         return true;
     }
     cairo_save(cr);
@@ -382,10 +387,19 @@ bool KyCairoBackend::Text(const KyTextRun& run, bool aliased)
         item.width = ext.cx;
         Keep(std::move(item));
     }
+    Ky::PixelBuffer buf{};
+    // An upright cell of whole pixels: its pixels are set rather than Cairo filling a path.
+    const bool wholeCell = run.escapement == 0 && font.cell == std::floor(font.cell) && font.cell < 1e6;
+    if (run.opaque && wholeCell && Pixels(buf)) {
+        Ky::PixelFill(buf,
+                      RECT{run.x, run.y, Ky::SatAdd(run.x, static_cast<int>(ext.cx)), Ky::SatAdd(run.y, static_cast<int>(font.cell))},
+                      run.bkColor);
+        cairo_surface_mark_dirty(Target()->cs);
+    }
     cairo_save(cr);
     cairo_translate(cr, run.x, run.y);
     cairo_rotate(cr, -angle);  // Cairo turns clockwise on screen, escapement counter-clockwise
-    if (run.opaque) {
+    if (run.opaque && !buf.data) {
         cairo_new_path(cr);
         cairo_rectangle(cr, 0, 0, ext.cx, font.cell);
         cairo_set_antialias(cr, Aliased(aliased) ? CAIRO_ANTIALIAS_NONE : CAIRO_ANTIALIAS_DEFAULT);

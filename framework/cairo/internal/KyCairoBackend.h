@@ -6,6 +6,7 @@
 #pragma once
 
 #include "KyDCBackend.h"
+#include "KyPixelLine.h"
 #include "KyVectorItem.h"
 
 #include <cairo.h>
@@ -37,6 +38,8 @@ private:
     cairo_t* Context();
     bool Aliased(bool aliased) const { return aliased && m_kind == Raster; }
     // Strokes the current path with pen (dash, width, caps) and clears it.
+    // The target's pixels, for drawing straight into them: raster image targets only, flushed.
+    bool Pixels(Ky::PixelBuffer& buf);
     void StrokeWith(cairo_t* cr, const KyPen& pen, bool aliased, double dashOffset);
     void StrokeArc(cairo_t* cr, const KyEllipseArc& arc, const KyPen& pen, bool aliased);
     // Whether the surface, widened by margin, is all the geometry must be clipped to.

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <vector>
 
 namespace Ky {
@@ -37,8 +38,64 @@ const GammaTables& Gamma()
     return tables;
 }
 
+// The colour mixed in linear light over an opaque pixel d with coverage 1..255 of 256.
+std::uint32_t MixOpaque(std::uint32_t argb, std::uint32_t d, unsigned cov)
+{
+    const GammaTables& g = Gamma();
+    const float a = static_cast<float>(cov) / 256.0f;
+    std::uint32_t out = 0xFF000000u;
+    for (int shift = 0; shift < 24; shift += 8) {
+        const float l = g.toLinear[(argb >> shift) & 0xFF] * a + g.toLinear[(d >> shift) & 0xFF] * (1.0f - a);
+        out |= static_cast<std::uint32_t>(g.toSrgb[static_cast<int>(l * 4095.0f + 0.5f)]) << shift;
+    }
+    return out;
+}
+
+// Most of a line's pixels fall on the white paper, where a colour's mix depends on its coverage
+// alone: those mixes are kept for the last few colours, each worked out on first use (0 marks
+// one not yet worked out, as every mix is opaque).
+class OverWhite {
+public:
+    explicit OverWhite(std::uint32_t argb)
+    {
+        Cache& c = Mine();
+        for (Entry& e : c.entries)
+            if (e.argb == argb) {
+                m_mix = e.mix;
+                return;
+            }
+        Entry& e = c.entries[c.next++ % std::size(c.entries)];
+        e.argb = argb;
+        std::fill(std::begin(e.mix), std::end(e.mix), 0u);
+        m_mix = e.mix;
+    }
+    std::uint32_t Mix(std::uint32_t argb, unsigned cov)
+    {
+        std::uint32_t& m = m_mix[cov];
+        if (m == 0) m = MixOpaque(argb, 0xFFFFFFFFu, cov);
+        return m;
+    }
+
+private:
+    struct Entry {
+        std::uint32_t argb = 0;  // never a pen's colour, which is opaque
+        std::uint32_t mix[256];
+    };
+    struct Cache {
+        Entry entries[4];
+        unsigned next = 0;
+    };
+    static Cache& Mine()
+    {
+        // Per thread: several charts may draw at once.
+        static thread_local Cache cache;
+        return cache;
+    }
+    std::uint32_t* m_mix;
+};
+
 // Blends colour over one pixel with coverage 0..256, in linear light where the pixel is opaque.
-inline void Blend(const PixelBuffer& buf, std::int64_t x, std::int64_t y, std::uint32_t argb, unsigned cov)
+inline void Blend(const PixelBuffer& buf, std::int64_t x, std::int64_t y, std::uint32_t argb, unsigned cov, OverWhite& white)
 {
     if (x < 0 || y < 0 || x >= buf.width || y >= buf.height || cov == 0) return;
     auto* p = reinterpret_cast<std::uint32_t*>(buf.data + y * buf.stride) + x;
@@ -47,6 +104,10 @@ inline void Blend(const PixelBuffer& buf, std::int64_t x, std::int64_t y, std::u
         return;
     }
     const std::uint32_t d = *p;
+    if (d == 0xFFFFFFFFu) {
+        *p = white.Mix(argb, cov);
+        return;
+    }
     if ((d >> 24) != 0xFF) {
         // A translucent pixel (a fresh bitmap): mix the premultiplied values directly.
         const unsigned inv = 256 - cov;
@@ -58,23 +119,32 @@ inline void Blend(const PixelBuffer& buf, std::int64_t x, std::int64_t y, std::u
         *p = out;
         return;
     }
-    const GammaTables& g = Gamma();
-    const float a = static_cast<float>(cov) / 256.0f;
-    std::uint32_t out = 0xFF000000u;
-    for (int shift = 0; shift < 24; shift += 8) {
-        const float l = g.toLinear[(argb >> shift) & 0xFF] * a + g.toLinear[(d >> shift) & 0xFF] * (1.0f - a);
-        out |= static_cast<std::uint32_t>(g.toSrgb[static_cast<int>(l * 4095.0f + 0.5f)]) << shift;
-    }
-    *p = out;
+    *p = MixOpaque(argb, d, cov);
 }
 
 }  // namespace
 
+namespace {
+std::uint32_t OpaqueArgb(COLORREF color)
+{
+    return 0xFF000000u | (static_cast<std::uint32_t>(GetRValue(color)) << 16) | (GetGValue(color) << 8) | GetBValue(color);
+}
+}  // namespace
+
+void PixelFill(const PixelBuffer& buf, const RECT& rc, COLORREF color)
+{
+    const std::int64_t left = std::max<std::int64_t>(rc.left, 0), right = std::min<std::int64_t>(rc.right, buf.width);
+    const std::int64_t top = std::max<std::int64_t>(rc.top, 0), bottom = std::min<std::int64_t>(rc.bottom, buf.height);
+    if (left >= right) return;
+    const std::uint32_t argb = OpaqueArgb(color);
+    for (std::int64_t y = top; y < bottom; ++y)
+        std::fill_n(reinterpret_cast<std::uint32_t*>(buf.data + y * buf.stride) + left, right - left, argb);
+}
+
 void PixelLine(const PixelBuffer& buf, POINT a, POINT b, COLORREF color, bool antialias, const int* dashes,
                int dashCount, std::int64_t& styleIndex)
 {
-    const std::uint32_t argb =
-        0xFF000000u | (static_cast<std::uint32_t>(GetRValue(color)) << 16) | (GetGValue(color) << 8) | GetBValue(color);
+    const std::uint32_t argb = OpaqueArgb(color);
     if (!antialias) {
         std::vector<RECT> runs;
         CosmeticLineRuns(a, b, buf.width, buf.height, dashes, dashCount, styleIndex, runs);
@@ -104,6 +174,7 @@ void PixelLine(const PixelBuffer& buf, POINT a, POINT b, COLORREF color, bool an
 
     std::int64_t period = 0;
     for (int k = 0; k < dashCount; ++k) period += dashes[k];
+    OverWhite white(argb);
     for (std::int64_t i = lo; i <= hi; ++i) {
         if (period > 0) {
             std::int64_t p = (baseIndex + i) % period;
@@ -116,14 +187,17 @@ void PixelLine(const PixelBuffer& buf, POINT a, POINT b, COLORREF color, bool an
         const double m = static_cast<double>(minor0) + slope * static_cast<double>(i);
         const double f = std::floor(m);
         const std::int64_t row = static_cast<std::int64_t>(f);
-        const unsigned cov2 = static_cast<unsigned>(std::lround((m - f) * 256.0));
+        // Rounded half away from zero, as lround would, without its call: the share is not negative.
+        const double share = (m - f) * 256.0;
+        const double whole = static_cast<double>(static_cast<std::int64_t>(share));
+        const unsigned cov2 = static_cast<unsigned>(whole) + (share - whole >= 0.5 ? 1u : 0u);
         const std::int64_t major = major0 + majorStep * i;
         if (xMajor) {
-            Blend(buf, major, row, argb, 256 - cov2);
-            Blend(buf, major, row + 1, argb, cov2);
+            Blend(buf, major, row, argb, 256 - cov2, white);
+            Blend(buf, major, row + 1, argb, cov2, white);
         } else {
-            Blend(buf, row, major, argb, 256 - cov2);
-            Blend(buf, row + 1, major, argb, cov2);
+            Blend(buf, row, major, argb, 256 - cov2, white);
+            Blend(buf, row + 1, major, argb, cov2, white);
         }
     }
 }

@@ -18,6 +18,10 @@ struct PixelBuffer {
     int height;
 };
 
+// Sets the pixels of rc (clipped to the buffer) to the opaque colour, as an aliased fill of
+// that rectangle would.
+void PixelFill(const PixelBuffer& buf, const RECT& rc, COLORREF color);
+
 void PixelLine(const PixelBuffer& buf, POINT a, POINT b, COLORREF color, bool antialias, const int* dashes,
                int dashCount, std::int64_t& styleIndex);
 
