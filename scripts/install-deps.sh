@@ -5,7 +5,7 @@ export DEBIAN_FRONTEND=noninteractive
 
 pkgs=(
   cmake ninja-build g++ pkg-config clang libclang-rt-14-dev
-  libcairo2-dev libpango1.0-dev libdeflate-dev fonts-noto-cjk
+  libcairo2-dev libpango1.0-dev libisal-dev fonts-noto-cjk
   googletest libgtest-dev libgmock-dev libbenchmark-dev
   nlohmann-json3-dev libcli11-dev libcpp-httplib-dev
   poppler-utils libxml2-utils ccache python3 valgrind

@@ -291,6 +291,13 @@ bool KyCairoBackend::FillRect(const RECT& rc, COLORREF color)
         item.brush.color = color;
         Keep(std::move(item));
     }
+    Ky::PixelBuffer buf{};
+    if (Pixels(buf)) {
+        // A chart's whole-surface clear is the largest fill there is: straight into memory.
+        Ky::PixelFill(buf, RECT{static_cast<LONG>(l), static_cast<LONG>(t), static_cast<LONG>(r), static_cast<LONG>(b)}, color);
+        cairo_surface_mark_dirty(Target()->cs);
+        return true;
+    }
     cairo_save(cr);
     cairo_new_path(cr);
     cairo_rectangle(cr, l, t, r - l, b - t);

@@ -1,8 +1,9 @@
-// KyPngWriter: encodes a raster surface as PNG, tuned for charts: libdeflate at a fast level
-// over unfiltered rows (charts are mostly flat colour with thin lines, and deflate finds the
-// runs in the pixels themselves; unfiltered rows came out both smaller and faster than any
-// filter). Cairo's own writer tries every filter on every row with zlib's default level, which
-// made encoding cost several times the drawing; this writes files of about its size. An
+// KyPngWriter: encodes a raster surface as PNG, tuned for charts: ISA-L's deflate at its fast
+// level over unfiltered rows (charts are mostly flat colour with thin lines, and deflate finds
+// the runs in the pixels themselves; no filter made files smaller). Cairo's own writer tries
+// every filter on every row with zlib's default level, which made encoding cost several times
+// the drawing; ISA-L writes the default chart in a fifth of libdeflate's fastest time, at a
+// size within a tenth of Cairo's. An
 // opaque surface is written as RGB, one with any transparency as RGBA with the
 // premultiplication undone.
 #pragma once
@@ -17,6 +18,6 @@ public:
     // that is not an ARGB32/RGB24 image, is empty or in error, or when deflate fails.
     static bool Encode(cairo_surface_t* cs, std::string& out);
 
-    // The deflate level, chosen for speed at a size close to the default's.
-    static constexpr int kLevel = 2;
+    // ISA-L's deflate level: 1 compresses as well as 2 here, and 3 takes five times as long.
+    static constexpr int kLevel = 1;
 };
