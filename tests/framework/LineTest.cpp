@@ -174,6 +174,19 @@ TEST_F(FrameworkLines, AntialiasedLineHasEvenWeight)
         for (int y = 0; y < 64; ++y) ink += 1.0 - linear(GetGValue(Px(x, y)));
         EXPECT_NEAR(ink, 1.0, 0.03) << x;
     }
+    // A second colour's half tones are its own, not those of the colour drawn before it.
+    CPen red(PS_SOLID, 1, kRed);
+    m_dc->SelectObject(&red);
+    m_dc->MoveTo(2, 40);
+    m_dc->LineTo(62, 47);
+    int tones = 0;
+    for (int x = 3; x < 60; ++x)
+        for (int y = 38; y < 50; ++y)
+            if (Px(x, y) != kWhite) {
+                ++tones;
+                EXPECT_EQ(GetRValue(Px(x, y)), 255) << x << "," << y;
+            }
+    EXPECT_GT(tones, 57);
 }
 
 // Found by fuzzing: a pen far wider than the surface (the chart's styles take any width, and
