@@ -122,6 +122,34 @@ TEST(FrameworkWindows, SavePngWritesWhatWasCopied)
     EXPECT_EQ(wnd.SavePng(""), 0);
     EXPECT_EQ(wnd.Encode().substr(1, 3), "PNG");
     wnd.ReleaseDC(dc);
+
+    // Noise packs to more than the writer first allows for, over several bands of rows: every
+    // pixel must still come back.
+    CImageWnd noise(700, 300);
+    CDC* ndc = noise.GetDC();
+    std::uint32_t seed = 12345;
+    std::vector<COLORREF> drawn;
+    for (int y = 0; y < 300; ++y)
+        for (int x = 0; x < 700; ++x) {
+            seed = seed * 1664525u + 1013904223u;
+            drawn.push_back(seed >> 8 & 0xFFFFFF);
+            ndc->FillSolidRect(x, y, 1, 1, drawn.back());
+        }
+    noise.ReleaseDC(ndc);
+    ASSERT_EQ(noise.SavePng(path.c_str()), 1);
+    png = cairo_image_surface_create_from_png(path.c_str());
+    ASSERT_EQ(cairo_surface_status(png), CAIRO_STATUS_SUCCESS);
+    const int stride = cairo_image_surface_get_stride(png);
+    int wrong = 0;
+    for (int y = 0; y < 300; ++y)
+        for (int x = 0; x < 700; ++x) {
+            const std::uint32_t px = reinterpret_cast<const std::uint32_t*>(cairo_image_surface_get_data(png) + y * stride)[x];
+            const COLORREF c = drawn[static_cast<size_t>(y) * 700 + x];
+            wrong += px != (0xFF000000u | GetRValue(c) << 16 | GetGValue(c) << 8 | GetBValue(c));
+        }
+    EXPECT_EQ(wrong, 0);
+    cairo_surface_destroy(png);
+    std::remove(path.c_str());
 }
 
 // The chart's redraw path on a vector window: draw into a compatible memory DC, copy it over.

@@ -3,6 +3,7 @@
 #include <isa-l/crc.h>
 #include <isa-l/igzip_lib.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <vector>
 
@@ -61,10 +62,15 @@ void PutChunk(std::string& out, const char* type, const unsigned char* data, std
     PutBigEndian(out, crc32_gzip_refl(0, reinterpret_cast<const unsigned char*>(out.data() + at), length + 4));
 }
 
-// raw as one zlib stream, as a PNG's image data is.
-bool Deflate(std::vector<unsigned char>& raw, std::vector<unsigned char>& out)
+// The rows, each after its filter byte (0: none), as one zlib stream, as a PNG's image data
+// is. They are converted a band at a time, so that the unpacked image never sits in memory
+// whole: fresh memory is much of the cost of a one-off render.
+bool DeflateRows(const unsigned char* data, int stride, int w, int h, bool alpha, std::vector<unsigned char>& out)
 {
     static_assert(KyPngWriter::kLevel == 1, "the level's work buffer is sized for level 1");
+    const std::size_t rowBytes = static_cast<std::size_t>(w) * (alpha ? 4 : 3) + 1;
+    const int band = static_cast<int>(std::clamp<std::size_t>((512 * 1024) / rowBytes, 1, static_cast<std::size_t>(h)));
+    std::vector<unsigned char> rows(rowBytes * static_cast<std::size_t>(band));
     std::vector<unsigned char> work(ISAL_DEF_LVL1_DEFAULT);
     isal_zstream z;
     isal_deflate_init(&z);
@@ -72,22 +78,33 @@ bool Deflate(std::vector<unsigned char>& raw, std::vector<unsigned char>& out)
     z.level_buf = work.data();
     z.level_buf_size = static_cast<std::uint32_t>(work.size());
     z.gzip_flag = IGZIP_ZLIB;
-    z.end_of_stream = 1;
     z.flush = NO_FLUSH;
-    z.next_in = raw.data();
-    z.avail_in = static_cast<std::uint32_t>(raw.size());
-    // Nearly always enough; an image of noise may need more, given as it asks.
-    out.resize(raw.size() / 4 + 4096);
+    // A chart packs to a tenth or less; noise asks for more as it goes.
+    out.resize(rowBytes * static_cast<std::size_t>(h) / 8 + 4096);
     z.next_out = out.data();
     z.avail_out = static_cast<std::uint32_t>(out.size());
-    for (;;) {
-        if (isal_deflate(&z) != COMP_OK) return false;
-        if (z.internal_state.state == ZSTATE_END) break;
-        if (z.avail_out != 0) return false;
-        const std::size_t used = out.size();
-        out.resize(used * 2);
-        z.next_out = out.data() + used;
-        z.avail_out = static_cast<std::uint32_t>(used);
+    for (int y0 = 0; y0 < h; y0 += band) {
+        const int n = std::min(band, h - y0);
+        for (int i = 0; i < n; ++i) {
+            unsigned char* row = rows.data() + rowBytes * static_cast<std::size_t>(i);
+            row[0] = 0;
+            ConvertRow(reinterpret_cast<const std::uint32_t*>(data + static_cast<std::ptrdiff_t>(y0 + i) * stride), w, alpha,
+                       row + 1);
+        }
+        z.next_in = rows.data();
+        z.avail_in = static_cast<std::uint32_t>(rowBytes * static_cast<std::size_t>(n));
+        z.end_of_stream = y0 + n == h ? 1 : 0;
+        for (;;) {
+            if (z.avail_out == 0) {
+                out.resize(out.size() * 2);
+                z.next_out = out.data() + z.total_out;
+                z.avail_out = static_cast<std::uint32_t>(out.size() - z.total_out);
+            }
+            if (isal_deflate(&z) != COMP_OK) return false;
+            const bool done = z.end_of_stream ? z.internal_state.state == ZSTATE_END : z.avail_in == 0;
+            if (done) break;
+            if (z.avail_out != 0) return false;  // stopped with room to write: it would not go on
+        }
     }
     out.resize(z.total_out);
     return true;
@@ -107,16 +124,8 @@ bool KyPngWriter::Encode(cairo_surface_t* cs, std::string& out)
     const int stride = cairo_image_surface_get_stride(cs);
     if (!data || w <= 0 || h <= 0) return false;
     const bool alpha = format == CAIRO_FORMAT_ARGB32 && !Opaque(data, stride, w, h);
-    // The rows, each after its filter byte (0: none), as deflate takes them in one piece.
-    const std::size_t rowBytes = static_cast<std::size_t>(w) * (alpha ? 4 : 3);
-    std::vector<unsigned char> raw((rowBytes + 1) * static_cast<std::size_t>(h));
-    for (int y = 0; y < h; ++y) {
-        unsigned char* row = raw.data() + (rowBytes + 1) * static_cast<std::size_t>(y);
-        row[0] = 0;
-        ConvertRow(reinterpret_cast<const std::uint32_t*>(data + static_cast<std::ptrdiff_t>(y) * stride), w, alpha, row + 1);
-    }
     std::vector<unsigned char> idat;
-    if (!Deflate(raw, idat)) return false;
+    if (!DeflateRows(data, stride, w, h, alpha, idat)) return false;
     const std::size_t packed = idat.size();
 
     unsigned char header[13];
