@@ -140,8 +140,8 @@ bool KyCairoBackend::Polyline(const POINT* pts, int n, const KyPen& pen, bool al
         int count = 0;
         const int* dashes = Ky::CosmeticDashes(pen.style, count);
         std::int64_t styleIndex = 0;
-        for (int i = 0; i + 1 < n; ++i)
-            Ky::PixelLine(buf, pts[i], pts[i + 1], pen.color, !aliased, dashes, count, styleIndex);
+        Ky::LineInk ink(pen.color);
+        for (int i = 0; i + 1 < n; ++i) Ky::PixelLine(buf, pts[i], pts[i + 1], ink, !aliased, dashes, count, styleIndex);
         cairo_surface_mark_dirty(Target()->cs);
         return true;
     }

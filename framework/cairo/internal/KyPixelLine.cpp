@@ -52,52 +52,21 @@ std::uint32_t MixOpaque(std::uint32_t argb, std::uint32_t d, unsigned cov)
     return out;
 }
 
-// Most of a line's pixels fall on the white paper, where a colour's mix depends on its coverage
-// alone: those mixes are kept for the last few colours, each worked out on first use (0 marks
-// one not yet worked out, as every mix is opaque).
-class OverWhite {
-public:
-    explicit OverWhite(std::uint32_t argb)
-    {
-        Cache& c = Mine();
-        for (Entry& e : c.entries)
-            if (e.argb == argb) {
-                m_mix = e.mix;
-                return;
-            }
-        Entry& e = c.entries[c.next++ % std::size(c.entries)];
-        e.argb = argb;
-        std::fill(std::begin(e.mix), std::end(e.mix), 0u);
-        m_mix = e.mix;
-    }
-    std::uint32_t Mix(std::uint32_t argb, unsigned cov)
-    {
-        std::uint32_t& m = m_mix[cov];
-        if (m == 0) m = MixOpaque(argb, 0xFFFFFFFFu, cov);
-        return m;
-    }
-
-private:
+// The mixes over white of the last few colours drawn on this thread (several charts may draw
+// at once).
+struct WhiteMixes {
     struct Entry {
         std::uint32_t argb = 0;  // never a pen's colour, which is opaque
         std::uint32_t mix[256];
     };
-    struct Cache {
-        Entry entries[4];
-        unsigned next = 0;
-    };
-    static Cache& Mine()
-    {
-        // Per thread: several charts may draw at once.
-        static thread_local Cache cache;
-        return cache;
-    }
-    std::uint32_t* m_mix;
+    Entry entries[4];
+    unsigned next = 0;
 };
 
 // Blends colour over one pixel with coverage 0..256, in linear light where the pixel is opaque.
-inline void Blend(const PixelBuffer& buf, std::int64_t x, std::int64_t y, std::uint32_t argb, unsigned cov, OverWhite& white)
+inline void Blend(const PixelBuffer& buf, std::int64_t x, std::int64_t y, LineInk& ink, unsigned cov)
 {
+    const std::uint32_t argb = ink.Argb();
     if (x < 0 || y < 0 || x >= buf.width || y >= buf.height || cov == 0) return;
     auto* p = reinterpret_cast<std::uint32_t*>(buf.data + y * buf.stride) + x;
     if (cov >= 256) {
@@ -106,7 +75,7 @@ inline void Blend(const PixelBuffer& buf, std::int64_t x, std::int64_t y, std::u
     }
     const std::uint32_t d = *p;
     if (d == 0xFFFFFFFFu) {
-        *p = white.Mix(argb, cov);
+        *p = ink.OverWhite(cov);
         return;
     }
     if ((d >> 24) != 0xFF) {
@@ -132,6 +101,27 @@ std::uint32_t OpaqueArgb(COLORREF color)
 }
 }  // namespace
 
+LineInk::LineInk(COLORREF color) : m_argb(OpaqueArgb(color))
+{
+    static thread_local WhiteMixes cache;
+    for (WhiteMixes::Entry& e : cache.entries)
+        if (e.argb == m_argb) {
+            m_mix = e.mix;
+            return;
+        }
+    WhiteMixes::Entry& e = cache.entries[cache.next++ % std::size(cache.entries)];
+    e.argb = m_argb;
+    std::fill(std::begin(e.mix), std::end(e.mix), 0u);
+    m_mix = e.mix;
+}
+
+std::uint32_t LineInk::OverWhite(unsigned cov)
+{
+    std::uint32_t& m = m_mix[cov];
+    if (m == 0) m = MixOpaque(m_argb, 0xFFFFFFFFu, cov);
+    return m;
+}
+
 void PixelFill(const PixelBuffer& buf, const RECT& rc, COLORREF color)
 {
     const std::int64_t left = std::max<std::int64_t>(rc.left, 0), right = std::min<std::int64_t>(rc.right, buf.width);
@@ -152,10 +142,10 @@ void PixelFill(const PixelBuffer& buf, const RECT& rc, COLORREF color)
     }
 }
 
-void PixelLine(const PixelBuffer& buf, POINT a, POINT b, COLORREF color, bool antialias, const int* dashes,
-               int dashCount, std::int64_t& styleIndex)
+void PixelLine(const PixelBuffer& buf, POINT a, POINT b, LineInk& ink, bool antialias, const int* dashes, int dashCount,
+               std::int64_t& styleIndex)
 {
-    const std::uint32_t argb = OpaqueArgb(color);
+    const std::uint32_t argb = ink.Argb();
     if (!antialias) {
         std::vector<RECT> runs;
         CosmeticLineRuns(a, b, buf.width, buf.height, dashes, dashCount, styleIndex, runs);
@@ -185,7 +175,6 @@ void PixelLine(const PixelBuffer& buf, POINT a, POINT b, COLORREF color, bool an
 
     std::int64_t period = 0;
     for (int k = 0; k < dashCount; ++k) period += dashes[k];
-    OverWhite white(argb);
     for (std::int64_t i = lo; i <= hi; ++i) {
         if (period > 0) {
             std::int64_t p = (baseIndex + i) % period;
@@ -204,11 +193,11 @@ void PixelLine(const PixelBuffer& buf, POINT a, POINT b, COLORREF color, bool an
         const unsigned cov2 = static_cast<unsigned>(whole) + (share - whole >= 0.5 ? 1u : 0u);
         const std::int64_t major = major0 + majorStep * i;
         if (xMajor) {
-            Blend(buf, major, row, argb, 256 - cov2, white);
-            Blend(buf, major, row + 1, argb, cov2, white);
+            Blend(buf, major, row, ink, 256 - cov2);
+            Blend(buf, major, row + 1, ink, cov2);
         } else {
-            Blend(buf, row, major, argb, 256 - cov2, white);
-            Blend(buf, row + 1, major, argb, cov2, white);
+            Blend(buf, row, major, ink, 256 - cov2);
+            Blend(buf, row + 1, major, ink, cov2);
         }
     }
 }

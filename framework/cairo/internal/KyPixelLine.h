@@ -22,7 +22,22 @@ struct PixelBuffer {
 // that rectangle would.
 void PixelFill(const PixelBuffer& buf, const RECT& rc, COLORREF color);
 
-void PixelLine(const PixelBuffer& buf, POINT a, POINT b, COLORREF color, bool antialias, const int* dashes,
-               int dashCount, std::int64_t& styleIndex);
+// A pen's colour as lines write it: opaque ARGB, and its mixes over white paper, where most of
+// a line's pixels fall and a mix depends on the coverage alone. One serves a whole polyline;
+// the mixes are kept per thread for the last few colours, each worked out on first use.
+class LineInk {
+public:
+    explicit LineInk(COLORREF color);
+    std::uint32_t Argb() const { return m_argb; }
+    // The colour over white with coverage cov of 256 (1..255).
+    std::uint32_t OverWhite(unsigned cov);
+
+private:
+    std::uint32_t m_argb;
+    std::uint32_t* m_mix;  // 0 marks a mix not yet worked out: every mix is opaque
+};
+
+void PixelLine(const PixelBuffer& buf, POINT a, POINT b, LineInk& ink, bool antialias, const int* dashes, int dashCount,
+               std::int64_t& styleIndex);
 
 }  // namespace Ky
