@@ -1,9 +1,9 @@
 #include "LocateCommand.h"
 
 #include "CommandLine.h"
-#include "SceneCommandLine.h"
 #include "HostLanguage.h"
 #include "SceneApplier.h"
+#include "SceneCommandLine.h"
 #include "StateReport.h"
 
 #include <kygraph/ImageWnd.h>

@@ -2,11 +2,11 @@
 
 #include "AtomicFile.h"
 #include "CommandLine.h"
-#include "SceneCommandLine.h"
 #include "HostLanguage.h"
 #include "PaperSize.h"
 #include "ReportWriter.h"
 #include "SceneApplier.h"
+#include "SceneCommandLine.h"
 #include "SceneRenderer.h"
 
 #include <kygraph/ImageWnd.h>

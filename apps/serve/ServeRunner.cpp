@@ -2,8 +2,8 @@
 
 #include "ChartSession.h"
 #include "CommandLine.h"
-#include "SceneCommandLine.h"
 #include "HostLanguage.h"
+#include "SceneCommandLine.h"
 #include "ServeCommand.h"
 #include "ViewerServer.h"
 
