@@ -289,8 +289,15 @@ TEST_F(ViewerApi, StalledConnectionsNeitherBlockHoverNorGrowWithoutBound)
         stalled.push_back(std::make_unique<RawConnection>(server.Port()));
         stalled.back()->Send("GET /api/info HTTP/1.1\r\nHo");
     }
-    RawConnection over(server.Port());
-    EXPECT_EQ(over.StatusLine(), "HTTP/1.1 503 Service Unavailable");
+    // The hover's own connection may hold its place a moment after it closed: a probe served
+    // in that place stays open, and the next one is over the limit.
+    const std::string request = "GET /api/info HTTP/1.1\r\nHost: 127.0.0.1:" + std::to_string(server.Port()) + "\r\n\r\n";
+    std::string status;
+    for (int probe = 0; probe < 3 && status != "HTTP/1.1 503 Service Unavailable"; ++probe) {
+        stalled.push_back(std::make_unique<RawConnection>(server.Port()));
+        status = stalled.back()->Exchange(request);
+    }
+    EXPECT_EQ(status, "HTTP/1.1 503 Service Unavailable");
 }
 
 TEST_F(ViewerApi, InProcessRequestsAreAnsweredAsOverTheSocket)
