@@ -210,11 +210,15 @@ int CKyGChart::UptateDrawWnd(int bRedraw)
     if (bRedraw) {
         CDC* pWndDC = m_pDrawWnd->GetDC();
         if (pWndDC == nullptr) return 0;
+        // A raster surface of the same size is kept: the fill below covers all of it, and a
+        // new one would be cleared twice. A vector surface would keep the last drawing.
+        const bool keep = m_sizeSurface == CSize(w, h) && pWndDC->GetDeviceCaps(TECHNOLOGY) == DT_RASDISPLAY;
         m_dcChart.DeleteDC();
-        m_bmpChart.DeleteObject();
+        if (!keep) m_bmpChart.DeleteObject();
         m_dcChart.ClearRecords();  // a recording host sees the primitives of this redraw only
         m_sizeSurface = CSize();
-        const bool created = m_dcChart.CreateCompatibleDC(pWndDC) && m_bmpChart.CreateCompatibleBitmap(pWndDC, w, h);
+        const bool created =
+            m_dcChart.CreateCompatibleDC(pWndDC) && (keep || m_bmpChart.CreateCompatibleBitmap(pWndDC, w, h));
         const COLORREF background = pWndDC->GetBkColor();
         m_pDrawWnd->ReleaseDC(pWndDC);
         if (!created) {

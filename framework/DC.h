@@ -102,6 +102,9 @@ public:
 
     // The pixel at (x, y) of a raster DC's selected surface; 0xFFFFFFFF when there is none.
     COLORREF GetPixel(int x, int y) const;
+    // TECHNOLOGY (DT_RASDISPLAY for pixels, DT_METAFILE for a vector document), HORZRES and
+    // VERTRES (the size of what it draws on); 0 for other indexes or a DC without a surface.
+    int GetDeviceCaps(int index) const;
 
     // Anti-aliased drawing (the default) or GDI's hard edges; inherited by compatible DCs.
     // GDI draws hard edges whatever this says.

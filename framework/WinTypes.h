@@ -104,6 +104,13 @@ constexpr int AD_CLOCKWISE = 2;
 // Raster operation of BitBlt.
 constexpr DWORD SRCCOPY = 0x00CC0020;
 
+// GetDeviceCaps: what a DC draws on.
+constexpr int TECHNOLOGY = 2;
+constexpr int HORZRES = 8;
+constexpr int VERTRES = 10;
+constexpr int DT_RASDISPLAY = 1;
+constexpr int DT_METAFILE = 5;
+
 // Font weights and stock objects.
 constexpr LONG FW_NORMAL = 400;
 constexpr LONG FW_BOLD = 700;

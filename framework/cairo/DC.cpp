@@ -460,6 +460,19 @@ COLORREF CDC::GetPixel(int x, int y) const
     return m_state->backend ? Ky::SurfacePixel(m_state->backend->Target(), x, y) : kInvalidColor;
 }
 
+int CDC::GetDeviceCaps(int index) const
+{
+    const KyDCBackend* b = m_state->backend.get();
+    const KySurface* t = b ? b->Target() : nullptr;
+    if (!t) return 0;
+    switch (index) {
+    case TECHNOLOGY: return b->GetKind() == KyDCBackend::Raster ? DT_RASDISPLAY : DT_METAFILE;
+    case HORZRES: return t->width;
+    case VERTRES: return t->height;
+    default: return 0;
+    }
+}
+
 void CDC::SetAntialias(bool on) { m_state->antialias = on; }
 bool CDC::GetAntialias() const { return m_state->antialias; }
 

@@ -373,6 +373,8 @@ BOOL CDC::BitBlt(int x, int y, int w, int h, CDC* pSrc, int xSrc, int ySrc, DWOR
 
 COLORREF CDC::GetPixel(int x, int y) const { return m_hDC ? ::GetPixel(m_hDC, x, y) : CLR_INVALID; }
 
+int CDC::GetDeviceCaps(int index) const { return m_hDC ? ::GetDeviceCaps(m_hDC, index) : 0; }
+
 void CDC::SetAntialias(bool on) { m_state->antialias = on; }
 bool CDC::GetAntialias() const { return m_state->antialias; }
 

@@ -157,6 +157,33 @@ TEST_F(Pipeline, SurfaceIsClearedCopiedAndHandedToElements)
     EXPECT_NE(chart->UptateDrawWnd(0), 0);
 }
 
+// A redraw starts from a clear surface whatever the last one left on it, also after the host
+// drew on the chart's DC, and a vector window of the size of the last raster one gets a
+// document of its own, equal to that of a chart drawn on it first.
+TEST_F(Pipeline, EveryRedrawShowsTheSameImageOnEachKindOfWindow)
+{
+    Redraw();
+    const std::string first = wnd.Encode();
+    chart->GetChartDC()->FillSolidRect(100, 100, 300, 300, RGB(255, 0, 0));
+    ASSERT_NE(chart->UptateDrawWnd(0), 0);
+    ASSERT_NE(wnd.Encode(), first);
+    ASSERT_NE(chart->UptateDrawWnd(1), 0);
+    EXPECT_EQ(wnd.Encode(), first);
+
+    std::string svgs[2];
+    for (int size : {1000, 500}) {
+        CImageWnd other{size, size * 4 / 5, RGB(250, 250, 240)};
+        ASSERT_EQ(chart->AttachDarwWnd(&other), 1);
+        ASSERT_NE(chart->UptateDrawWnd(1), 0);
+        CImageWnd svg{1000, 800, RGB(250, 250, 240), CImageWnd::Svg};
+        ASSERT_EQ(chart->AttachDarwWnd(&svg), 1);
+        ASSERT_NE(chart->UptateDrawWnd(1), 0);
+        svgs[size == 500] = svg.Encode();
+    }
+    EXPECT_EQ(svgs[0], svgs[1]);
+    EXPECT_NE(svgs[0].find("CKyGSameRH"), std::string::npos);
+}
+
 TEST_F(Pipeline, FamiliesAreDrawnInOrderWithTheirSteppedValues)
 {
     set->m_DrawHstSetting.m_dDInterval = 1.0;

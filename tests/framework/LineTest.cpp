@@ -111,6 +111,60 @@ TEST_F(FrameworkLines, BitBltCopiesExactlyTheBlock)
     EXPECT_FALSE(m_dc->BitBlt(0, 0, 5, 5, nullptr, 0, 0, SRCCOPY));
 }
 
+// A whole surface copied onto another of its size lends its pixels until either is drawn on:
+// whichever of them is drawn on next (through a DC made before the copy, through a fill of
+// every pixel, or after the source is gone) changes only itself.
+TEST_F(FrameworkLines, WholeSurfaceCopiesStayApart)
+{
+    CDC* later = m_wnd.GetDC();  // a second DC of the window, drawing before any copy
+    CPen wide(PS_SOLID, 3, kRed);
+    later->SelectObject(&wide);
+    later->MoveTo(0, 30);
+    later->LineTo(64, 30);
+    CDC mem, other;
+    CBitmap bmp, otherBmp;
+    ASSERT_TRUE(mem.CreateCompatibleDC(m_dc) && other.CreateCompatibleDC(m_dc));
+    ASSERT_TRUE(bmp.CreateCompatibleBitmap(m_dc, 64, 64) && otherBmp.CreateCompatibleBitmap(m_dc, 64, 64));
+    mem.SelectObject(&bmp);
+    other.SelectObject(&otherBmp);
+    mem.FillSolidRect(0, 0, 64, 64, kBlue);
+    mem.FillSolidRect(3, 3, 1, 1, kRed);
+    ASSERT_TRUE(m_dc->BitBlt(0, 0, 64, 64, &mem, 0, 0, SRCCOPY));
+    ASSERT_TRUE(other.BitBlt(0, 0, 64, 64, &mem, 0, 0, SRCCOPY));
+    EXPECT_EQ(Px(3, 3), kRed);
+    EXPECT_EQ(CountColor(kBlue), 64 * 64 - 1);
+
+    mem.SelectObject(&wide);
+    mem.MoveTo(0, 10);
+    mem.LineTo(64, 10);  // the source: neither copy sees it
+    EXPECT_EQ(mem.GetPixel(20, 10), kRed);
+    EXPECT_EQ(Px(20, 10), kBlue);
+    EXPECT_EQ(other.GetPixel(20, 10), kBlue);
+
+    later->FillSolidRect(0, 20, 5, 5, kWhite);  // the window, through the older DC
+    later->MoveTo(0, 40);
+    later->LineTo(64, 40);
+    EXPECT_EQ(Px(0, 20), kWhite);
+    EXPECT_EQ(m_dc->GetPixel(20, 40), kRed);
+    for (CDC* copy : {&other, &mem}) EXPECT_EQ(copy->GetPixel(0, 20), kBlue);
+    for (CDC* copy : {&other, &mem}) EXPECT_EQ(copy->GetPixel(20, 40), kBlue);
+
+    other.FillSolidRect(0, 0, 64, 64, kWhite);  // every pixel of the second copy
+    EXPECT_EQ(other.GetPixel(3, 3), kWhite);
+    EXPECT_EQ(Px(3, 3), kRed);
+
+    // The window copies the second one, fills a strip (what it shows beside stays), and the
+    // source is deleted: what it shows stays.
+    ASSERT_TRUE(m_dc->BitBlt(0, 0, 64, 64, &other, 0, 0, SRCCOPY));
+    m_dc->FillSolidRect(0, 0, 10, 64, kBlue);
+    EXPECT_EQ(other.GetPixel(5, 5), kWhite);
+    other.DeleteDC();
+    otherBmp.DeleteObject();
+    EXPECT_EQ(CountColor(kWhite), 54 * 64);
+    EXPECT_EQ(mem.GetPixel(20, 10), kRed);
+    m_wnd.ReleaseDC(later);
+}
+
 TEST_F(FrameworkLines, BitBltWithinOneSurface)
 {
     m_dc->FillSolidRect(0, 0, 10, 10, kBlue);

@@ -68,7 +68,10 @@ cairo_t* KyCairoBackend::Context()
 {
     KySurface* t = Target();
     if (!t || !t->cs || cairo_surface_status(t->cs) != CAIRO_STATUS_SUCCESS) return nullptr;
-    if (m_cr && cairo_status(m_cr) != CAIRO_STATUS_SUCCESS) {
+    // Whoever asks for the context draws: pixels lent to another surface are copied first,
+    // and a context made on the pixels before they were lent or taken back is stale.
+    if (m_kind == Raster && !Ky::OwnPixels(t, true)) return nullptr;
+    if (m_cr && (cairo_status(m_cr) != CAIRO_STATUS_SUCCESS || cairo_get_target(m_cr) != t->cs)) {
         cairo_destroy(m_cr);
         m_cr = nullptr;
     }
@@ -280,6 +283,10 @@ bool KyCairoBackend::Ellipse(const KyEllipseArc& e, const KyPen& pen, const KyBr
 
 bool KyCairoBackend::FillRect(const RECT& rc, COLORREF color)
 {
+    // A fill of every pixel needs none of the pixels shared before it, only memory of its own.
+    if (KySurface* s = Target(); m_kind == Raster && s && rc.left <= 0 && rc.top <= 0 && rc.right >= s->width &&
+                                  rc.bottom >= s->height && !Ky::OwnPixels(s, false))
+        return false;
     KY_CONTEXT_OR_RETURN(cr)
     const double l = std::max<double>(rc.left, 0.0), t = std::max<double>(rc.top, 0.0);
     const double r = std::min<double>(rc.right, Width()), b = std::min<double>(rc.bottom, Height());
@@ -439,6 +446,14 @@ bool KyCairoBackend::Text(const KyTextRun& run, bool aliased)
 bool KyCairoBackend::Blit(int x, int y, int w, int h, KySurface* src, int xs, int ys)
 {
     if (!src) return false;
+    if (KySurface* t = Target(); m_kind == Raster && t && x == 0 && y == 0 && xs == 0 && ys == 0 && w == t->width &&
+                                  h == t->height) {
+        // The whole of one surface onto the whole of another: shared, not copied. The context
+        // goes first, so that the pixels this surface gives up are free to be reused.
+        if (m_cr) cairo_destroy(m_cr);
+        m_cr = nullptr;
+        if (Ky::SharePixels(t, src)) return true;
+    }
     KY_CONTEXT_OR_RETURN(cr)
     if (!src->cs || w <= 0 || h <= 0) return true;
     if (m_kind == Vector && src->kind == KySurface::Vector) {

@@ -1,6 +1,7 @@
 #include "KySurface.h"
 
 #include <cstddef>
+#include <cstring>
 #include <mutex>
 
 namespace Ky {
@@ -50,6 +51,57 @@ ParkedImage& Parked()
     // Never destroyed: surfaces of static objects may be released during exit.
     static ParkedImage* parked = new ParkedImage;
     return *parked;
+}
+
+// How many surfaces draw on one image: kept on the image, absent while it is just one. Every
+// change and every decision on it holds SharingMutex, so two threads parting two surfaces that
+// share never both keep, or both copy, the same image.
+const cairo_user_data_key_t kOwnersKey{};
+
+std::mutex& SharingMutex()
+{
+    static std::mutex* m = new std::mutex;
+    return *m;
+}
+
+int Owners(cairo_surface_t* cs)
+{
+    const auto* n = static_cast<const int*>(cairo_surface_get_user_data(cs, &kOwnersKey));
+    return n ? *n : 1;
+}
+
+bool SetOwners(cairo_surface_t* cs, int owners)
+{
+    if (auto* n = static_cast<int*>(cairo_surface_get_user_data(cs, &kOwnersKey))) {
+        *n = owners;
+        return true;
+    }
+    if (owners == 1) return true;
+    auto* n = new int(owners);
+    if (cairo_surface_set_user_data(cs, &kOwnersKey, n, [](void* p) { delete static_cast<int*>(p); }) !=
+        CAIRO_STATUS_SUCCESS) {
+        delete n;
+        return false;
+    }
+    return true;
+}
+
+// One surface lets go of its image (SharingMutex held): the last one parks it.
+void DropImage(cairo_surface_t* cs)
+{
+    const int owners = Owners(cs);
+    if (owners > 1) {
+        SetOwners(cs, owners - 1);
+        cairo_surface_destroy(cs);
+    } else {
+        Parked().Put(cs);
+    }
+}
+
+bool IsImage(const KySurface* s)
+{
+    return s && s->kind == KySurface::Raster && s->cs && cairo_surface_get_type(s->cs) == CAIRO_SURFACE_TYPE_IMAGE &&
+           cairo_surface_status(s->cs) == CAIRO_STATUS_SUCCESS;
 }
 
 }  // namespace
@@ -115,10 +167,61 @@ void ReleaseSurface(KySurface* s)
         // and never drops it; finishing frees the recorded drawing all the same (surfaces
         // that recorded a copy of this one keep their copy).
         if (s->kind == KySurface::Vector) cairo_surface_finish(s->cs);
-        if (s->kind == KySurface::Raster) Parked().Put(s->cs);
-        else cairo_surface_destroy(s->cs);
+        if (s->kind == KySurface::Raster) {
+            std::lock_guard<std::mutex> lock(SharingMutex());
+            DropImage(s->cs);
+        } else {
+            cairo_surface_destroy(s->cs);
+        }
     }
     delete s;
+}
+
+bool SharePixels(KySurface* dst, KySurface* src)
+{
+    if (dst == src || !IsImage(dst) || !IsImage(src) || dst->width != src->width || dst->height != src->height ||
+        cairo_image_surface_get_format(dst->cs) != cairo_image_surface_get_format(src->cs))
+        return false;
+    std::lock_guard<std::mutex> lock(SharingMutex());
+    if (dst->cs == src->cs) return true;
+    if (!SetOwners(src->cs, Owners(src->cs) + 1)) return false;
+    cairo_surface_flush(src->cs);
+    cairo_surface_t* old = dst->cs;
+    dst->cs = cairo_surface_reference(src->cs);
+    dst->mayShare.store(true, std::memory_order_release);
+    src->mayShare.store(true, std::memory_order_release);
+    DropImage(old);
+    return true;
+}
+
+bool OwnPixels(KySurface* s, bool keep)
+{
+    if (!s || !s->mayShare.load(std::memory_order_acquire)) return true;
+    std::lock_guard<std::mutex> lock(SharingMutex());
+    cairo_surface_t* shared = s->cs;
+    if (!shared || Owners(shared) <= 1) {
+        s->mayShare.store(false, std::memory_order_release);
+        return true;
+    }
+    cairo_surface_t* own = keep ? nullptr : Parked().Take(s->width, s->height);
+    if (!own) own = cairo_image_surface_create(cairo_image_surface_get_format(shared), s->width, s->height);
+    if (cairo_surface_status(own) != CAIRO_STATUS_SUCCESS) {
+        cairo_surface_destroy(own);
+        return false;
+    }
+    if (keep) {
+        cairo_surface_flush(shared);
+        cairo_surface_flush(own);
+        const auto bytes = static_cast<std::size_t>(cairo_image_surface_get_stride(shared)) *
+                           static_cast<std::size_t>(s->height);
+        std::memcpy(cairo_image_surface_get_data(own), cairo_image_surface_get_data(shared), bytes);
+        cairo_surface_mark_dirty(own);
+    }
+    SetOwners(shared, Owners(shared) - 1);
+    cairo_surface_destroy(shared);
+    s->cs = own;
+    s->mayShare.store(false, std::memory_order_release);
+    return true;
 }
 
 COLORREF SurfacePixel(const KySurface* s, int x, int y)

@@ -22,6 +22,9 @@ struct KySurface {
     // recording surface bounded to width x height.
     cairo_surface_t* cs = nullptr;
     std::atomic<int> refs{1};
+    // Raster surfaces: cs may be shared with other surfaces after a whole-surface block
+    // transfer (see SharePixels); only a hint, the owner count on cs decides.
+    std::atomic<bool> mayShare{false};
     // Vector surfaces: what was drawn, in order, for the SVG writer.
     std::vector<KyVectorItem> items;
     // Vector surfaces: pen widths and dashes are drawn this many times wider, so that a chart
@@ -41,6 +44,16 @@ constexpr int kMaxSurfaceSide = 32767;
 KySurface* CreateSurface(KySurface::Kind kind, int cx, int cy, COLORREF fill);
 KySurface* RefSurface(KySurface* s);
 void ReleaseSurface(KySurface* s);
+
+// A block transfer of one whole raster surface onto another of its size lends dst the pixels
+// of src instead of copying them: at 4K the copy alone costs more than drawing the chart. The
+// copy happens only if either surface is drawn on while they share (OwnPixels). False (dst
+// unchanged) unless both are raster images of one size.
+bool SharePixels(KySurface* dst, KySurface* src);
+// Gives s pixels of its own before it is drawn on: a copy of the shared ones, or, when the
+// drawing covers every pixel (keep false), memory of that size as it comes. False when there
+// is no memory for them; s then keeps the shared pixels, which must not be drawn on.
+bool OwnPixels(KySurface* s, bool keep);
 
 // The colour at (x, y) of a raster surface; 0xFFFFFFFF outside it or for other kinds.
 COLORREF SurfacePixel(const KySurface* s, int x, int y);
