@@ -32,17 +32,36 @@ std::to_chars_result ShortestG(char* first, char* last, double v)
 
 namespace Ky::Detail {
 
-bool Fail(CKyObject& obj, Ky::_ErrorStatus status, const wchar_t* fmt, ...)
+namespace {
+
+CString FormatV(const wchar_t* fmt, va_list args)
 {
     // Every message is a sentence with a few numbers: 512 characters is ample, and vswprintf
     // truncates rather than overflows if a message ever grows.
     wchar_t buf[512];
+    const int n = std::vswprintf(buf, sizeof buf / sizeof buf[0], fmt, args);
+    if (n < 0) buf[sizeof buf / sizeof buf[0] - 1] = L'\0';
+    return CString(buf);
+}
+
+}  // namespace
+
+CString Format(const wchar_t* fmt, ...)
+{
     va_list args;
     va_start(args, fmt);
-    const int n = std::vswprintf(buf, sizeof buf / sizeof buf[0], CKyMessages::Localize(fmt), args);
+    CString text = FormatV(fmt, args);
     va_end(args);
-    if (n < 0) buf[sizeof buf / sizeof buf[0] - 1] = L'\0';
-    obj.SetError(CString(buf), status);
+    return text;
+}
+
+bool Fail(CKyObject& obj, Ky::_ErrorStatus status, const wchar_t* fmt, ...)
+{
+    va_list args;
+    va_start(args, fmt);
+    CString text = FormatV(CKyMessages::Localize(fmt), args);
+    va_end(args);
+    obj.SetError(text, status);
     return false;
 }
 
@@ -50,7 +69,7 @@ std::wstring WithNumbers(const wchar_t* fmt, std::initializer_list<double> value
 {
     std::wstring out;
     auto next = values.begin();
-    for (const wchar_t* p = CKyMessages::Localize(fmt); *p; ++p) {
+    for (const wchar_t* p = fmt; *p; ++p) {
         if (p[0] != L'%' || (p[1] != L'g' && p[1] != L'%')) {
             out += *p;
             continue;

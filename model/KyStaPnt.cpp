@@ -1,6 +1,7 @@
 #include <kygraph/KyStaPnt.h>
 
 #include <kygraph/KyChart.h>
+#include <kygraph/KyMessages.h>
 
 #include "internal/KyFail.h"
 #include "internal/KyPsy.h"
@@ -28,16 +29,10 @@ constexpr const wchar_t* kD = L"含湿量 %g g/kg";
 constexpr const wchar_t* kH = L"焓 %g kJ/kg";
 constexpr const wchar_t* kPv = L"水蒸气分压力 %g Pa";
 
-// Refuses a setter: "状态点参数不合法（<input A>，<input B>）：<reason>" through the one error
-// function of the library. reason is a complete clause; it may carry one or two numbers.
-// Numbers are written with the digits that tell them apart from the limits they break.
-bool Refuse(CKyObject& obj, Ky::_ErrorStatus status, const Inputs& in, const wchar_t* reason, double x = 0.0,
-            double y = 0.0, double z = 0.0)
-{
-    using Ky::Detail::WithNumbers;
-    return Ky::Detail::Fail(obj, status, L"状态点参数不合法（%ls，%ls）：%ls", WithNumbers(in.nameA, {in.a}).c_str(),
-                            WithNumbers(in.nameB, {in.b}).c_str(), WithNumbers(reason, {x, y, z}).c_str());
-}
+// A refusal reads "状态点参数不合法（<input A>，<input B>）：<reason>". reason is a complete clause;
+// it may carry up to three numbers. Numbers are written with the digits that tell them apart
+// from the limits they break.
+constexpr const wchar_t* kRefused = L"状态点参数不合法（%ls，%ls）：%ls";
 
 bool IsTdbInRange(double t) { return t >= CKyStaPnt::kMinTdb && t <= CKyStaPnt::kMaxTdb; }
 // A dry bulb derived from the pair may miss an end of the range by rounding (a state set at
@@ -82,6 +77,7 @@ const CKyStaPnt& CKyStaPnt::operator=(const CKyStaPnt& other)
     m_eFormulation = other.m_eFormulation;
     m_bValid = other.m_bValid;
     m_strName = other.m_strName;
+    m_refusal = other.m_refusal;
     return *this;
 }
 
@@ -93,6 +89,36 @@ bool CKyStaPnt::SetName(const CString& name)
 {
     m_strName = name;
     return true;
+}
+
+bool CKyStaPnt::Refuse(Ky::_ErrorStatus status, const wchar_t* nameA, double a, const wchar_t* nameB, double b,
+                       const wchar_t* reason, double x, double y, double z)
+{
+    CKyObject::SetError(CString(), status);
+    const auto local = CKyMessages::Localize;
+    m_refusal = Refusal{local(kRefused), local(nameA), a, local(nameB), b, local(reason), x, y, z};
+    return false;
+}
+
+CString CKyStaPnt::GetLastErrorString() const
+{
+    if (!m_refusal.reason) return CKyObject::GetLastErrorString();
+    using Ky::Detail::WithNumbers;
+    const Refusal& r = m_refusal;
+    return Ky::Detail::Format(r.sentence, WithNumbers(r.nameA, {r.a}).c_str(),
+                              WithNumbers(r.nameB, {r.b}).c_str(), WithNumbers(r.reason, {r.x, r.y, r.z}).c_str());
+}
+
+void CKyStaPnt::SetError(const CString& text, Ky::_ErrorStatus status)
+{
+    m_refusal.reason = nullptr;
+    CKyObject::SetError(text, status);
+}
+
+void CKyStaPnt::SetLastErrorString(const wchar_t* text)
+{
+    m_refusal.reason = nullptr;
+    CKyObject::SetLastErrorString(text);
 }
 
 bool CKyStaPnt::Commit(const State& s)
@@ -109,13 +135,14 @@ bool CKyStaPnt::Commit(const State& s)
     if (m_errorStatus != Ky::ERR_OK) {  // a success clears the reason of an earlier refusal
         m_strLastError.Empty();
         m_errorStatus = Ky::ERR_OK;
+        m_refusal.reason = nullptr;
     }
     return true;
 }
 
 // ---- checks shared by the setters; each returns false after refusing ----
 
-#define KY_REFUSE(status, ...) return Refuse(*this, status, in, __VA_ARGS__)
+#define KY_REFUSE(status, ...) return Refuse(status, in.nameA, in.a, in.nameB, in.b, __VA_ARGS__)
 
 // The whole of a candidate state is checked here before it is committed: dry bulb in range,
 // d >= 0, pv < B and RH <= 1 + RHRounding. Setters check their own inputs first so that the

@@ -43,6 +43,10 @@ public:
     ~CKyStaPnt() override;
 
     CString toString() const override;  // "CKyStaPnt"
+    // The reason of the last refusal, written when first asked for.
+    CString GetLastErrorString() const override;
+    void SetError(const CString& text, Ky::_ErrorStatus status) override;
+    void SetLastErrorString(const wchar_t* text) override;
 
     // ---- setters: true when the state exists and was set ----
     bool SetBy_TdbandRH(double tdb, double rh);    // dry bulb °C, RH fraction
@@ -96,6 +100,20 @@ private:
         static State AtTdbPv(double tdb, double pv, double ps, double b, Ky::_Formulation form);
     };
     bool Commit(const State& s);
+    // A refusal: its inputs and reason, in the language of the moment, are kept and the text
+    // is written only when asked for. The chart's line families try setters that refuse by
+    // design, a hundred a redraw, and never read why.
+    struct Refusal {
+        const wchar_t* sentence;
+        const wchar_t* nameA;
+        double a;
+        const wchar_t* nameB;
+        double b;
+        const wchar_t* reason;  // null: no text pending
+        double x, y, z;
+    };
+    bool Refuse(Ky::_ErrorStatus status, const wchar_t* nameA, double a, const wchar_t* nameB, double b,
+                const wchar_t* reason, double x = 0.0, double y = 0.0, double z = 0.0);
     // The setters a process builds its states with, at the pressure and formulation of the
     // states it starts from rather than the current global ones.
     bool SetHD(double h, double d, double b, Ky::_Formulation form);
@@ -113,5 +131,6 @@ private:
     Ky::_Formulation m_eFormulation;
     bool m_bValid;
     CString m_strName;
+    Refusal m_refusal{};
 
 };

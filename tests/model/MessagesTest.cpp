@@ -74,17 +74,33 @@ TEST(Messages, EveryTextOfTheModelHasAnEnglishFormWithTheSameConversions)
     EXPECT_GT(checked, 50);
 }
 
-TEST(Messages, ARefusalReadsInTheChosenLanguage)
+TEST(Messages, ARefusalReadsInTheLanguageChosenWhenItWasMade)
 {
+    const std::wstring en =
+        L"The state's parameters are not valid (dry bulb 25 °C, dew point 30 °C): the dew point is above the dry bulb (supersaturated).";
     for (bool english : {false, true}) {
         CKyMessages::SetEnglish(english);
         CKyStaPnt p;
         EXPECT_FALSE(p.SetBy_TdbandTdp(25.0, 30.0));
-        const std::wstring text = p.GetLastErrorString().GetString();
-        EXPECT_EQ(HasChinese(text), !english);
-        if (english) {
-            EXPECT_EQ(text, L"The state's parameters are not valid (dry bulb 25 °C, dew point 30 °C): the dew point is above the dry bulb (supersaturated).");
+        // The text is written when read: neither a change of language since nor a copy
+        // changes it.
+        CKyMessages::SetEnglish(!english);
+        const CKyStaPnt copy = p;
+        CKyStaPnt assigned;
+        assigned = p;
+        for (const CKyStaPnt* q : std::initializer_list<const CKyStaPnt*>{&p, &copy, &assigned}) {
+            const std::wstring text = q->GetLastErrorString().GetString();
+            EXPECT_EQ(HasChinese(text), !english) << english;
+            if (english) EXPECT_EQ(text, en);
+            EXPECT_EQ(q->GetLastErrorStatus(), p.GetLastErrorStatus());
         }
+        EXPECT_NE(p.GetLastErrorStatus(), Ky::ERR_OK);
+        // What comes after a refusal replaces its text: a success, or a text of the host's.
+        EXPECT_TRUE(copy.GetLastErrorString() == p.GetLastErrorString());
+        EXPECT_TRUE(p.SetBy_TdbandRH(25.0, 0.5));
+        EXPECT_TRUE(p.GetLastErrorString().IsEmpty());
+        assigned.SetLastErrorString(L"host");
+        EXPECT_TRUE(assigned.GetLastErrorString() == CString(L"host"));
     }
     CKyMessages::SetEnglish(false);
 }
