@@ -170,6 +170,7 @@ TEST_F(Pipeline, EveryRedrawShowsTheSameImageOnEachKindOfWindow)
     ASSERT_NE(chart->UptateDrawWnd(1), 0);
     EXPECT_EQ(wnd.Encode(), first);
 
+#if !defined(_WIN32)  // vector windows are the Cairo backend's
     std::string svgs[2];
     for (int size : {1000, 500}) {
         CImageWnd other{size, size * 4 / 5, RGB(250, 250, 240)};
@@ -182,6 +183,7 @@ TEST_F(Pipeline, EveryRedrawShowsTheSameImageOnEachKindOfWindow)
     }
     EXPECT_EQ(svgs[0], svgs[1]);
     EXPECT_NE(svgs[0].find("CKyGSameRH"), std::string::npos);
+#endif
 }
 
 TEST_F(Pipeline, FamiliesAreDrawnInOrderWithTheirSteppedValues)
