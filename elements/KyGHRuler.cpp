@@ -1,5 +1,6 @@
 #include <kygraph/KyGHRuler.h>
 
+#include <kygraph/KyChart.h>
 #include <kygraph/KyGChart.h>
 #include <kygraph/KyGChartSetting.h>
 #include <kygraph/KyGValueStepper.h>
@@ -10,6 +11,7 @@
 
 #include <cmath>
 #include <numbers>
+#include <unordered_map>
 
 namespace {
 
@@ -18,6 +20,38 @@ namespace {
 constexpr int kMaxTicks = 8192;
 
 constexpr double kKcalPerKJ = 0.2389;
+
+// The saturated state of each enthalpy a tick needs, or none where the model refuses one. The
+// same ticks are placed at every redraw, each by an iterative solve of the state model, which
+// was a tenth of the redraw: kept per thread for the pressure and formulation they were solved
+// at, and dropped when either changes or when hosts' ranges pile up too many.
+class SaturationStates {
+public:
+    static SaturationStates& ForThread()
+    {
+        thread_local SaturationStates states;
+        return states;
+    }
+    // The saturated state at enthalpy h at the current pressure and formulation; null when the
+    // model refuses it.
+    const CKyStaPnt* At(double h)
+    {
+        const CKyChart* global = CKyChart::InstanceGloble();
+        if (global->GetGlobleB() != m_b || global->GetFormulation() != m_form || m_states.size() > 4096) {
+            m_states.clear();
+            m_b = global->GetGlobleB();
+            m_form = global->GetFormulation();
+        }
+        auto [it, added] = m_states.try_emplace(h);
+        if (added && !it->second.SetBy_HandRH(h, 1.0)) it->second = CKyStaPnt();
+        return it->second.IsValid() ? &it->second : nullptr;
+    }
+
+private:
+    double m_b = 0.0;
+    Ky::_Formulation m_form = Ky::FORMULATION_CHART;
+    std::unordered_map<double, CKyStaPnt> m_states;
+};
 
 }  // namespace
 
@@ -56,7 +90,11 @@ int CKyGHRuler::Draw(CDC* pDC)
 
     // The saturation pixel of enthalpy h (kJ/kg) in c0; false when it cannot be placed, and
     // then the tick is left out.
-    const auto saturation = [&](double h, CPoint& c0) { return pnt.SetBy_HandRH(h, 1.0) && chart->Convert(pnt, c0); };
+    SaturationStates& states = SaturationStates::ForThread();
+    const auto saturation = [&](double h, CPoint& c0) {
+        const CKyStaPnt* s = states.At(h);
+        return s && chart->Convert(*s, c0);
+    };
 
     // kJ/kg on the inner side: every 5 long, every 10 labelled and drawn on to the curve.
     pen.Line(S, A);

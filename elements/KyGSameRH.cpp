@@ -9,6 +9,8 @@
 #include <kygraph/VoArray.h>
 
 #include <cmath>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -22,6 +24,60 @@ int MaxSamples(double t0)
 {
     return Ky::TruncToInt(std::ceil((CKyStaPnt::kMaxTdb - t0) / kSampleStep)) + 2;
 }
+
+// The states along one curve, sample by sample, as far as a redraw has needed them. They are
+// the same at every redraw of the curve at that pressure and formulation, and computing them
+// was a tenth of the redraw.
+class CurveSamples {
+public:
+    // The samples of the curve at phi that starts at the state first (its dry bulb snapped
+    // into the model's range), at first's pressure and formulation.
+    static CurveSamples& Of(double phi, const CKyStaPnt& first)
+    {
+        // Per thread: a chart is drawn by one thread at a time, and a handful of curves is all
+        // a chart has, so a short list searched in order serves. Dropped when it grows past
+        // what any range of humidities needs, so that hosts changing them do not pile up.
+        thread_local std::vector<CurveSamples> curves;
+        for (CurveSamples& c : curves)
+            if (c.m_phi == phi && c.m_t0 == first.GetTdb() && c.m_b == first.GetB() &&
+                c.m_form == first.GetFormulation())
+                return c;
+        if (curves.size() >= 64) curves.clear();
+        return curves.emplace_back(phi, first);
+    }
+    // (h, d) of sample n, the dry bulb n steps of kSampleStep above the first; false where the
+    // curve ends: the model refuses the state, or the step no longer advances the dry bulb.
+    bool At(size_t n, double& h, double& d)
+    {
+        while (m_hd.size() <= n && !m_ended) {
+            const double next = m_t + kSampleStep;
+            CKyStaPnt p;
+            if (!(next > m_t) || !p.SetBy_TdbandRH(next, m_phi)) {
+                m_ended = true;
+                break;
+            }
+            m_t = next;
+            m_hd.emplace_back(p.GetH(), p.GetD());
+        }
+        if (n >= m_hd.size()) return false;
+        h = m_hd[n].first;
+        d = m_hd[n].second;
+        return true;
+    }
+
+    CurveSamples(double phi, const CKyStaPnt& first)
+        : m_phi(phi), m_t0(first.GetTdb()), m_b(first.GetB()), m_form(first.GetFormulation()), m_t(m_t0),
+          m_hd{{first.GetH(), first.GetD()}}
+    {
+    }
+
+private:
+    double m_phi, m_t0, m_b;
+    Ky::_Formulation m_form;
+    double m_t;  // dry bulb of the last sample
+    std::vector<std::pair<double, double>> m_hd;
+    bool m_ended = false;
+};
 
 }  // namespace
 
@@ -37,18 +93,19 @@ int CKyGSameRH::Draw(CDC* pDC)
 
     CKyStaPnt p;
     if (!p.SetBy_TdbandRH(range.GetMinT(), phi)) return FailWith(p);
-    double t = p.GetTdb();
+    CurveSamples& samples = CurveSamples::Of(phi, p);
 
     const CPoint o = chart->GetChartOrigin();
     const int rightX = chart->GetMaxTAndMaxDPnt().x;
-    const int maxSamples = MaxSamples(t);
+    const int maxSamples = MaxSamples(p.GetTdb());
     CVoArray<CPoint> points;
     points.Reserve(maxSamples);
     // Also read by the label: whatever the last mapping left here, even a failed one.
     CPoint cur;
     CPoint prev;
-    for (int n = 0; n < maxSamples; ++n) {
-        if (!chart->GetPoint(p.GetH(), p.GetD(), cur)) break;
+    double h = 0.0, d = 0.0;
+    for (int n = 0; n < maxSamples && samples.At(static_cast<size_t>(n), h, d); ++n) {
+        if (!chart->GetPoint(h, d, cur)) break;
         if (!points.IsEmpty()) {
             if (cur.y < o.y) {
                 cur = CutAtTopEdge(prev.x, prev.y, cur, o.y);
@@ -67,10 +124,6 @@ int CKyGSameRH::Draw(CDC* pDC)
         }
         points.Add(cur);
         prev = cur;
-        const double next = t + kSampleStep;
-        if (!(next > t)) break;
-        t = next;
-        if (!p.SetBy_TdbandRH(t, phi)) break;
     }
     pen.PolyLine(points);
 

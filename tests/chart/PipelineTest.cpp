@@ -3,6 +3,7 @@
 #include "ChartTestSupport.h"
 
 #include <kygraph/ImageWnd.h>
+#include <kygraph/KyChart.h>
 #include <kygraph/KyGDrawBase.h>
 #include <kygraph/KyGraphApp.h>
 
@@ -12,6 +13,7 @@
 #include <limits>
 #include <memory>
 #include <stdexcept>
+#include <thread>
 
 namespace {
 
@@ -80,7 +82,7 @@ protected:
         return out;
     }
 
-    static constexpr COLORREF kD = RGB(1, 0, 0), kRH = RGB(2, 0, 0), kT = RGB(3, 0, 0);
+    static constexpr COLORREF kD = RGB(1, 0, 0), kRH = RGB(2, 0, 0), kT = RGB(3, 0, 0), kH = RGB(4, 0, 0);
     CImageWnd wnd{1000, 800, RGB(250, 250, 240)};
 };
 
@@ -184,6 +186,49 @@ TEST_F(Pipeline, EveryRedrawShowsTheSameImageOnEachKindOfWindow)
     EXPECT_EQ(svgs[0], svgs[1]);
     EXPECT_NE(svgs[0].find("CKyGSameRH"), std::string::npos);
 #endif
+}
+
+// The states along a humidity curve and those of the enthalpy ruler's ticks are kept from one
+// redraw to the next. After each change of what shapes them the curves and the ruler are those
+// a new thread draws, which has kept none.
+TEST_F(Pipeline, CurvesFollowEveryChangeOfWhatShapesThem)
+{
+    set->m_StyleSetting.m_SameHStyle.crColor = kH;
+    CKyChart* global = CKyChart::InstanceGloble();
+    const double b = global->GetGlobleB();
+    const Ky::_Formulation form = global->GetFormulation();
+    const auto curves = [&] {
+        std::vector<std::vector<CPoint>> out;
+        if (chart->UptateDrawWnd(1) == 0) return out;
+        for (const CDrawRecord& r : chart->GetChartDC()->GetRecords())
+            if ((r.kind == CDrawRecord::Polyline && r.penColor == kRH) ||
+                (r.kind == CDrawRecord::Line && r.penColor == kH))
+                out.push_back(r.pts);
+        return out;
+    };
+    struct Case {
+        const char* change;
+        std::function<void()> apply;
+    };
+    const Case cases[] = {
+        {"lowest dry bulb", [&] { set->m_RangeSetting.SetMinT(-12.5); }},
+        {"pressure", [&] { global->SetGlobleB(80000.0); }},
+        {"formulation", [&] { global->SetFormulation(Ky::FORMULATION_REALGAS); }},
+    };
+    ASSERT_EQ(chart->AttachDarwWnd(&wnd), 1);
+    for (const Case& c : cases) {
+        const auto before = curves();
+        c.apply();
+        const auto kept = curves();
+        std::vector<std::vector<CPoint>> fresh;
+        std::thread([&] { fresh = curves(); }).join();
+        EXPECT_GT(kept.size(), 11u + 200u) << c.change;
+        EXPECT_EQ(kept, fresh) << c.change;
+        EXPECT_NE(kept, before) << c.change;
+        set->m_RangeSetting = saved.m_RangeSetting;
+        global->SetGlobleB(b);
+        global->SetFormulation(form);
+    }
 }
 
 TEST_F(Pipeline, FamiliesAreDrawnInOrderWithTheirSteppedValues)
