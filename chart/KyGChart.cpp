@@ -11,8 +11,11 @@
 #include <cmath>
 #include <cstdlib>
 #include <cxxabi.h>
+#include <mutex>
 #include <optional>
+#include <typeindex>
 #include <typeinfo>
+#include <unordered_map>
 
 
 CKyGChart* CKyGChart::GetKyGChart()
@@ -249,12 +252,18 @@ namespace {
 
 CString ClassNameOf(const CKyGDrawBase& element)
 {
+    // A redraw names some eighty elements of a dozen classes: each class is demangled once.
+    static std::mutex mutex;
+    static std::unordered_map<std::type_index, CString> names;
+    const std::type_index type(typeid(element));
+    std::lock_guard<std::mutex> lock(mutex);
+    if (const auto known = names.find(type); known != names.end()) return known->second;
     const char* mangled = typeid(element).name();
     int status = -1;
     char* name = abi::__cxa_demangle(mangled, nullptr, nullptr, &status);
     const CString result = CString::FromUtf8(status == 0 && name ? name : mangled);
     std::free(name);
-    return result;
+    return names.emplace(type, result).first->second;
 }
 
 }  // namespace

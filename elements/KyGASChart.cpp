@@ -128,14 +128,13 @@ int CKyGASChart::Draw(CDC* pDC)
             const double ux = rx / len, uy = ry / len;
 
             const int mag = std::abs(eps);
-            CString label = StringUtils::IntToStr(eps);
-            if (scale.quietFrom < mag && mag < scale.limit) label.Empty();
             double tick = kMinorTick;
             if (eps % scale.major == 0 && (mag == scale.limit || (eps >= 0 && eps <= scale.majorTop)))
                 tick = kMajorTick;
             else if (eps % scale.medium == 0)
                 tick = kMediumTick;
-            if (tick != kMajorTick) label.Empty();
+            const bool quiet = scale.quietFrom < mag && mag < scale.limit;
+            const CString label = tick == kMajorTick && !quiet ? StringUtils::IntToStr(eps) : CString();
             DrawLabelLine(pDC, M, ux, uy, tick * k, label, scale.outer);
 
             if (!scale.outer && eps == 0)
