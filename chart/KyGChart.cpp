@@ -213,9 +213,11 @@ int CKyGChart::UptateDrawWnd(int bRedraw)
     if (bRedraw) {
         CDC* pWndDC = m_pDrawWnd->GetDC();
         if (pWndDC == nullptr) return 0;
-        // A raster surface of the same size is kept: the fill below covers all of it, and a
-        // new one would be cleared twice. A vector surface would keep the last drawing.
-        const bool keep = m_sizeSurface == CSize(w, h) && pWndDC->GetDeviceCaps(TECHNOLOGY) == DT_RASDISPLAY;
+        // A raster surface of the same size is kept for a raster window: the fill below covers
+        // all of it, and a new one would be cleared twice. A vector surface would keep the
+        // last drawing, and a raster window drawn through one would rasterise it all again.
+        const bool keep = m_sizeSurface == CSize(w, h) && m_dcChart.GetDeviceCaps(TECHNOLOGY) == DT_RASDISPLAY &&
+                          pWndDC->GetDeviceCaps(TECHNOLOGY) == DT_RASDISPLAY;
         m_dcChart.DeleteDC();
         if (!keep) m_bmpChart.DeleteObject();
         m_dcChart.ClearRecords();  // a recording host sees the primitives of this redraw only

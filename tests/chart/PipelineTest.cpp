@@ -160,8 +160,8 @@ TEST_F(Pipeline, SurfaceIsClearedCopiedAndHandedToElements)
 }
 
 // A redraw starts from a clear surface whatever the last one left on it, also after the host
-// drew on the chart's DC, and a vector window of the size of the last raster one gets a
-// document of its own, equal to that of a chart drawn on it first.
+// drew on the chart's DC; a vector window of the size of the last raster one gets a document
+// of its own, equal to that of a chart drawn on it first, and the other way round.
 TEST_F(Pipeline, EveryRedrawShowsTheSameImageOnEachKindOfWindow)
 {
     Redraw();
@@ -185,6 +185,10 @@ TEST_F(Pipeline, EveryRedrawShowsTheSameImageOnEachKindOfWindow)
     }
     EXPECT_EQ(svgs[0], svgs[1]);
     EXPECT_NE(svgs[0].find("CKyGSameRH"), std::string::npos);
+    // And back on the raster window after a vector one of its size.
+    ASSERT_EQ(chart->AttachDarwWnd(&wnd), 1);
+    ASSERT_NE(chart->UptateDrawWnd(1), 0);
+    EXPECT_EQ(wnd.Encode(), first);
 #endif
 }
 
