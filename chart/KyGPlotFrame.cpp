@@ -49,6 +49,13 @@ int CKyGPlotFrame::PointOf(double h, double d, CPoint& pt) const
     return 1;
 }
 
+CKyGPlotFrame::Mapping CKyGPlotFrame::GetMapping() const
+{
+    const CKyGRangeSetting& range = m_pSettings->m_RangeSetting;
+    return Mapping{range.GetMinDMaxTD(), range.GetMaxDMaxTD(), range.GetMinDMinTH(), range.GetMinDMaxTH(),
+                   m_dTanH,           m_ptChartOrigin,        m_ptMaxTMaxD,         m_ptMinTMinD};
+}
+
 int CKyGPlotFrame::HOf(const CPoint& pt, double& h) const
 {
     const CKyGRangeSetting& range = m_pSettings->m_RangeSetting;

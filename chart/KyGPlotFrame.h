@@ -28,6 +28,14 @@ public:
     // (h kJ/kg, d g/kg) to a pixel; 0 when d lies left of the left edge (pt untouched), h
     // below the bottom reference (pt.x already written), or the range gives no mapping.
     int PointOf(double h, double d, CPoint& pt) const;
+    // All that PointOf reads: frames whose mappings compare equal put every state on the same
+    // pixel, so pixels worked out for one serve the other.
+    struct Mapping {
+        double minD, maxD, minH, maxH, tanH;  // the range's corner values, tan of the h angle
+        CPoint chartOrigin, maxTMaxD, minTMinD;
+        bool operator==(const Mapping&) const = default;
+    };
+    Mapping GetMapping() const;
     // Pixel to enthalpy / moisture content; 0 below the bottom reference or left of the left
     // edge, or when the geometry gives no mapping.
     int HOf(const CPoint& pt, double& h) const;

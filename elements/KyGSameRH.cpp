@@ -3,6 +3,7 @@
 #include <kygraph/KyGBackground.h>
 #include <kygraph/KyGChart.h>
 #include <kygraph/KyGChartSetting.h>
+#include <kygraph/KyGPlotFrame.h>
 #include <kygraph/KyStaPnt.h>
 #include <kygraph/Saturate.h>
 #include <kygraph/StringUtils.h>
@@ -65,6 +66,25 @@ public:
         return true;
     }
 
+    // The pixel of sample n in frame, as PointOf leaves it in cur (which holds the pixel of
+    // sample n - 1, or (0, 0) for the first); false where PointOf fails. Pixels are kept
+    // while the frame maps states the same.
+    bool PixelAt(size_t n, double h, double d, const CKyGPlotFrame& frame, CPoint& cur)
+    {
+        const CKyGPlotFrame::Mapping mapping = frame.GetMapping();
+        if (!(mapping == m_mapping)) {
+            m_pixels.clear();
+            m_mapping = mapping;
+        }
+        if (n < m_pixels.size()) {
+            cur = m_pixels[n].pt;
+            return m_pixels[n].ok;
+        }
+        const bool ok = frame.PointOf(h, d, cur) != 0;
+        if (n == m_pixels.size()) m_pixels.push_back(Pixel{cur, ok});
+        return ok;
+    }
+
     CurveSamples(double phi, const CKyStaPnt& first)
         : m_phi(phi), m_t0(first.GetTdb()), m_b(first.GetB()), m_form(first.GetFormulation()), m_t(m_t0),
           m_hd{{first.GetH(), first.GetD()}}
@@ -77,6 +97,12 @@ private:
     double m_t;  // dry bulb of the last sample
     std::vector<std::pair<double, double>> m_hd;
     bool m_ended = false;
+    struct Pixel {
+        CPoint pt;
+        bool ok;
+    };
+    CKyGPlotFrame::Mapping m_mapping{};
+    std::vector<Pixel> m_pixels;  // of the first samples, in m_mapping
 };
 
 }  // namespace
@@ -94,6 +120,7 @@ int CKyGSameRH::Draw(CDC* pDC)
     CKyStaPnt p;
     if (!p.SetBy_TdbandRH(range.GetMinT(), phi)) return FailWith(p);
     CurveSamples& samples = CurveSamples::Of(phi, p);
+    const CKyGPlotFrame frame = chart->Frame();
 
     const CPoint o = chart->GetChartOrigin();
     const int rightX = chart->GetMaxTAndMaxDPnt().x;
@@ -105,7 +132,7 @@ int CKyGSameRH::Draw(CDC* pDC)
     CPoint prev;
     double h = 0.0, d = 0.0;
     for (int n = 0; n < maxSamples && samples.At(static_cast<size_t>(n), h, d); ++n) {
-        if (!chart->GetPoint(h, d, cur)) break;
+        if (!samples.PixelAt(static_cast<size_t>(n), h, d, frame, cur)) break;
         if (!points.IsEmpty()) {
             if (cur.y < o.y) {
                 cur = CutAtTopEdge(prev.x, prev.y, cur, o.y);

@@ -218,8 +218,12 @@ TEST_F(Pipeline, CurvesFollowEveryChangeOfWhatShapesThem)
         {"lowest dry bulb", [&] { set->m_RangeSetting.SetMinT(-12.5); }},
         {"pressure", [&] { global->SetGlobleB(80000.0); }},
         {"formulation", [&] { global->SetFormulation(Ky::FORMULATION_REALGAS); }},
+        {"plot's place", [&] { chart->SetOrigin(chart->GetOrigin() + CSize(7, -5)); }},
+        {"isotherms' slope", [&] { set->m_dDLength *= 1.25; }},
     };
     ASSERT_EQ(chart->AttachDarwWnd(&wnd), 1);
+    const CPoint origin = chart->GetOrigin();
+    const double dLength = set->m_dDLength;
     for (const Case& c : cases) {
         const auto before = curves();
         c.apply();
@@ -232,6 +236,8 @@ TEST_F(Pipeline, CurvesFollowEveryChangeOfWhatShapesThem)
         set->m_RangeSetting = saved.m_RangeSetting;
         global->SetGlobleB(b);
         global->SetFormulation(form);
+        chart->SetOrigin(origin);
+        set->m_dDLength = dLength;
     }
 }
 
