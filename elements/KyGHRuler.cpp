@@ -10,6 +10,7 @@
 #include <kygraph/StringUtils.h>
 
 #include <cmath>
+#include <mutex>
 #include <numbers>
 #include <unordered_map>
 
@@ -21,21 +22,22 @@ constexpr int kMaxTicks = 8192;
 
 constexpr double kKcalPerKJ = 0.2389;
 
-// The saturated state of each enthalpy a tick needs, or none where the model refuses one. The
-// same ticks are placed at every redraw, each by an iterative solve of the state model, which
-// was a tenth of the redraw: kept per thread for the pressure and formulation they were solved
-// at, and dropped when either changes or when hosts' ranges pile up too many.
+// The saturated state of each enthalpy a tick needs. The same ticks are placed at every
+// redraw, each by an iterative solve of the state model, which was a tenth of the redraw: kept
+// for the pressure and formulation they were solved at, and dropped when either changes or when
+// hosts' ranges pile up too many. Charts may be drawn by several threads: one lock guards them.
 class SaturationStates {
 public:
-    static SaturationStates& ForThread()
+    static SaturationStates& Instance()
     {
-        thread_local SaturationStates states;
-        return states;
+        static auto* states = new SaturationStates;  // never destroyed: charts may draw during exit
+        return *states;
     }
-    // The saturated state at enthalpy h at the current pressure and formulation; null when the
-    // model refuses it.
-    const CKyStaPnt* At(double h)
+    // The saturated state at enthalpy h at the current pressure and formulation into out;
+    // false when the model refuses it.
+    bool At(double h, CKyStaPnt& out)
     {
+        std::lock_guard<std::mutex> lock(m_mutex);
         const CKyChart* global = CKyChart::InstanceGloble();
         if (global->GetGlobleB() != m_b || global->GetFormulation() != m_form || m_states.size() > 4096) {
             m_states.clear();
@@ -44,10 +46,18 @@ public:
         }
         auto [it, added] = m_states.try_emplace(h);
         if (added && !it->second.SetBy_HandRH(h, 1.0)) it->second = CKyStaPnt();
-        return it->second.IsValid() ? &it->second : nullptr;
+        if (!it->second.IsValid()) return false;
+        out = it->second;
+        return true;
+    }
+    void Forget()
+    {
+        std::lock_guard<std::mutex> lock(m_mutex);
+        m_states.clear();
     }
 
 private:
+    std::mutex m_mutex;
     double m_b = 0.0;
     Ky::_Formulation m_form = Ky::FORMULATION_CHART;
     std::unordered_map<double, CKyStaPnt> m_states;
@@ -56,6 +66,8 @@ private:
 }  // namespace
 
 CKyGHRuler::CKyGHRuler(CKyGChart* pChart) : CKyGDrawBase(pChart) {}
+
+void CKyGHRuler::ForgetKept() { SaturationStates::Instance().Forget(); }
 
 CString CKyGHRuler::toString() const { return CString(L"CKyGHRuler"); }
 
@@ -90,11 +102,9 @@ int CKyGHRuler::Draw(CDC* pDC)
 
     // The saturation pixel of enthalpy h (kJ/kg) in c0; false when it cannot be placed, and
     // then the tick is left out.
-    SaturationStates& states = SaturationStates::ForThread();
-    const auto saturation = [&](double h, CPoint& c0) {
-        const CKyStaPnt* s = states.At(h);
-        return s && chart->Convert(*s, c0);
-    };
+    SaturationStates& states = SaturationStates::Instance();
+    CKyStaPnt saturated;
+    const auto saturation = [&](double h, CPoint& c0) { return states.At(h, saturated) && chart->Convert(saturated, c0); };
 
     // kJ/kg on the inner side: every 5 long, every 10 labelled and drawn on to the curve.
     pen.Line(S, A);

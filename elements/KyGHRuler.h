@@ -13,6 +13,9 @@ public:
     ~CKyGHRuler() override = default;
 
     CString toString() const override;
+    // Lets go of the saturated states kept from earlier redraws (each is kept with the pressure
+    // and formulation it was solved at, so this never changes a drawing; it frees the memory).
+    static void ForgetKept();
 
 protected:
     // 0 when the saturation points cannot be set or placed, or the enthalpy span is empty.

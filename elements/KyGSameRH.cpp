@@ -10,6 +10,7 @@
 #include <kygraph/VoArray.h>
 
 #include <cmath>
+#include <mutex>
 #include <utility>
 #include <vector>
 
@@ -31,20 +32,31 @@ int MaxSamples(double t0)
 // was a tenth of the redraw.
 class CurveSamples {
 public:
+    // Held while a curve's samples are read or added: charts may be drawn by several threads.
+    static std::mutex& Mutex()
+    {
+        static std::mutex* mutex = new std::mutex;  // never destroyed: charts may draw during exit
+        return *mutex;
+    }
     // The samples of the curve at phi that starts at the state first (its dry bulb snapped
-    // into the model's range), at first's pressure and formulation.
+    // into the model's range), at first's pressure and formulation. Mutex() must be held.
     static CurveSamples& Of(double phi, const CKyStaPnt& first)
     {
-        // Per thread: a chart is drawn by one thread at a time, and a handful of curves is all
-        // a chart has, so a short list searched in order serves. Dropped when it grows past
-        // what any range of humidities needs, so that hosts changing them do not pile up.
-        thread_local std::vector<CurveSamples> curves;
+        // A handful of curves is all a chart has, so a short list searched in order serves.
+        // Dropped when it grows past what any range of humidities needs, so that hosts changing
+        // them do not pile up.
+        std::vector<CurveSamples>& curves = All();
         for (CurveSamples& c : curves)
             if (c.m_phi == phi && c.m_t0 == first.GetTdb() && c.m_b == first.GetB() &&
                 c.m_form == first.GetFormulation())
                 return c;
         if (curves.size() >= 64) curves.clear();
         return curves.emplace_back(phi, first);
+    }
+    static std::vector<CurveSamples>& All()
+    {
+        static auto* curves = new std::vector<CurveSamples>;
+        return *curves;
     }
     // (h, d) of sample n, the dry bulb n steps of kSampleStep above the first; false where the
     // curve ends: the model refuses the state, or the step no longer advances the dry bulb.
@@ -109,6 +121,12 @@ private:
 
 CKyGSameRH::CKyGSameRH(CKyGChart* pChart) : CKyGSameLine(pChart, 1.0) {}
 
+void CKyGSameRH::ForgetKept()
+{
+    std::lock_guard<std::mutex> lock(CurveSamples::Mutex());
+    CurveSamples::All().clear();
+}
+
 int CKyGSameRH::Draw(CDC* pDC)
 {
     CKyGChart* chart = GetChart();
@@ -119,6 +137,7 @@ int CKyGSameRH::Draw(CDC* pDC)
 
     CKyStaPnt p;
     if (!p.SetBy_TdbandRH(range.GetMinT(), phi)) return FailWith(p);
+    std::unique_lock<std::mutex> lock(CurveSamples::Mutex());
     CurveSamples& samples = CurveSamples::Of(phi, p);
     const CKyGPlotFrame frame = chart->Frame();
 
@@ -152,6 +171,7 @@ int CKyGSameRH::Draw(CDC* pDC)
         points.Add(cur);
         prev = cur;
     }
+    lock.unlock();
     pen.PolyLine(points);
 
     // A curve that never entered the chart has no end to label.

@@ -10,6 +10,10 @@ public:
     CKyGSameRH& operator=(const CKyGSameRH& other) = default;
     ~CKyGSameRH() override = default;
 
+    // Lets go of the states and pixels of the curves kept from earlier redraws (each is kept
+    // with all that shapes it, so this never changes a drawing; it frees the memory).
+    static void ForgetKept();
+
 protected:
     int Draw(CDC* pDC) override;
 };
