@@ -78,16 +78,19 @@ public:
         return true;
     }
 
-    // The pixel of sample n in frame, as PointOf leaves it in cur (which holds the pixel of
-    // sample n - 1, or (0, 0) for the first); false where PointOf fails. Pixels are kept
-    // while the frame maps states the same.
-    bool PixelAt(size_t n, double h, double d, const CKyGPlotFrame& frame, CPoint& cur)
+    // Pixels are kept while the frame they are drawn in maps states the same.
+    void DrawnIn(const CKyGPlotFrame& frame)
     {
         const CKyGPlotFrame::Mapping mapping = frame.GetMapping();
-        if (!(mapping == m_mapping)) {
-            m_pixels.clear();
-            m_mapping = mapping;
-        }
+        if (mapping == m_mapping) return;
+        m_pixels.clear();
+        m_mapping = mapping;
+    }
+    // The pixel of sample n in frame (the one last given to DrawnIn), as PointOf leaves it in
+    // cur (which holds the pixel of sample n - 1, or (0, 0) for the first); false where
+    // PointOf fails.
+    bool PixelAt(size_t n, double h, double d, const CKyGPlotFrame& frame, CPoint& cur)
+    {
         if (n < m_pixels.size()) {
             cur = m_pixels[n].pt;
             return m_pixels[n].ok;
@@ -140,6 +143,7 @@ int CKyGSameRH::Draw(CDC* pDC)
     std::unique_lock<std::mutex> lock(CurveSamples::Mutex());
     CurveSamples& samples = CurveSamples::Of(phi, p);
     const CKyGPlotFrame frame = chart->Frame();
+    samples.DrawnIn(frame);
 
     const CPoint o = chart->GetChartOrigin();
     const int rightX = chart->GetMaxTAndMaxDPnt().x;
