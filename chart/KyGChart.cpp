@@ -255,17 +255,18 @@ namespace {
 CString ClassNameOf(const CKyGDrawBase& element)
 {
     // A redraw names some eighty elements of a dozen classes: each class is demangled once.
-    static std::mutex mutex;
-    static std::unordered_map<std::type_index, CString> names;
+    // Never destroyed: elements of static objects may be drawn during exit.
+    static auto* mutex = new std::mutex;
+    static auto* names = new std::unordered_map<std::type_index, CString>;
     const std::type_index type(typeid(element));
-    std::lock_guard<std::mutex> lock(mutex);
-    if (const auto known = names.find(type); known != names.end()) return known->second;
+    std::lock_guard<std::mutex> lock(*mutex);
+    if (const auto known = names->find(type); known != names->end()) return known->second;
     const char* mangled = typeid(element).name();
     int status = -1;
     char* name = abi::__cxa_demangle(mangled, nullptr, nullptr, &status);
     const CString result = CString::FromUtf8(status == 0 && name ? name : mangled);
     std::free(name);
-    return names.emplace(type, result).first->second;
+    return names->emplace(type, result).first->second;
 }
 
 }  // namespace

@@ -24,8 +24,9 @@ bool CKyChart::SetGlobleB(double pa)
     if (!(pa >= kMinB && pa <= kMaxB))  // also false for NaN
         return Ky::Detail::Fail(
             *this, std::isfinite(pa) ? Ky::ERR_OUT_OF_DOMAIN : Ky::ERR_INVALID_INPUT, L"%ls",
-            Ky::Detail::WithNumbers(CKyMessages::Localize(L"大气压力 %g Pa 不合法：应为 %g～%g Pa 之间的有限数，仍保持 %g Pa。"),
-                                    {pa, kMinB, kMaxB, m_dB})
+            Ky::Detail::WithNumbers(
+                CKyMessages::Localize(L"大气压力 %g Pa 不合法：应为 %g～%g Pa 之间的有限数，仍保持 %g Pa。"),
+                {pa, kMinB, kMaxB, m_dB})
                 .c_str());
     m_dB = pa;
     return true;

@@ -37,10 +37,10 @@ private:
     // draw on (no target, an empty one, or a surface in error).
     cairo_t* Context();
     bool Aliased(bool aliased) const { return aliased && m_kind == Raster; }
-    // Strokes the current path with pen (dash, width, caps) and clears it.
     // The target's pixels, for drawing straight into them: raster image targets only, flushed.
     // Called after Context(), which has made them the target's own.
     bool Pixels(Ky::PixelBuffer& buf);
+    // Strokes the current path with pen (dash, width, caps) and clears it.
     void StrokeWith(cairo_t* cr, const KyPen& pen, bool aliased, double dashOffset);
     void StrokeArc(cairo_t* cr, const KyEllipseArc& arc, const KyPen& pen, bool aliased);
     // Whether the surface, widened by margin, is all the geometry must be clipped to.
