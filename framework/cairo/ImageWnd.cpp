@@ -149,7 +149,7 @@ int CImageWnd::SavePng(const char* path)
     const KySurface* s = m_hWnd ? m_impl->surface : nullptr;
     if (!path || !*path || !s || !s->cs || m_impl->kind != Raster) return 0;
     std::string bytes;
-    if (!KyPngWriter::Encode(s->cs, bytes)) return 0;
+    if (!KyPngWriter::Encode(Ky::ImageOf(s), bytes)) return 0;
     FILE* f = std::fopen(path, "wb");
     if (!f) return 0;
     const bool written = std::fwrite(bytes.data(), 1, bytes.size(), f) == bytes.size();
@@ -195,7 +195,7 @@ std::string CImageWnd::Encode()
     if (!s) return out;
     bool ok = false;
     if (m_impl->kind == Raster) {
-        ok = s->cs && KyPngWriter::Encode(s->cs, out);
+        ok = s->cs && KyPngWriter::Encode(Ky::ImageOf(s), out);
     } else if (m_impl->kind == Svg) {
         KySvgWriter::Page page;
         if (m_impl->pageW > 0) {

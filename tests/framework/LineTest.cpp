@@ -4,10 +4,15 @@
 #include <kygraph/Bitmap.h>
 #include <kygraph/Pen.h>
 
+#include <cairo.h>
+
 #include <chrono>
+#include <cstdint>
 #include <cstdlib>
+#include <cstring>
 #include <climits>
 #include <cmath>
+#include <string>
 #include <vector>
 
 using FrameworkLines = PixelTest;
@@ -163,6 +168,46 @@ TEST_F(FrameworkLines, WholeSurfaceCopiesStayApart)
     EXPECT_EQ(CountColor(kWhite), 54 * 64);
     EXPECT_EQ(mem.GetPixel(20, 10), kRed);
     m_wnd.ReleaseDC(later);
+}
+
+// A new surface's fill is written only when first needed: every way of reading one sees it.
+TEST_F(FrameworkLines, UntouchedSurfacesReadAsTheirFill)
+{
+    // The window, whole, onto a new (black) bitmap: the bitmap shows the window's white, then
+    // draws on pixels of its own.
+    CDC mem;
+    CBitmap bmp;
+    ASSERT_TRUE(mem.CreateCompatibleDC(m_dc) && bmp.CreateCompatibleBitmap(m_dc, 64, 64));
+    mem.SelectObject(&bmp);
+    ASSERT_TRUE(mem.BitBlt(0, 0, 64, 64, m_dc, 0, 0, SRCCOPY));
+    mem.FillSolidRect(0, 0, 2, 2, kRed);
+    EXPECT_EQ(mem.GetPixel(40, 40), kWhite);
+    EXPECT_EQ(Px(0, 0), kWhite);
+
+    CImageWnd blue(64, 64, kBlue);
+    CDC* blueDc = blue.GetDC();
+    ASSERT_TRUE(m_dc->BitBlt(10, 10, 4, 4, blueDc, 0, 0, SRCCOPY));  // a block of it
+    EXPECT_EQ(Px(11, 11), kBlue);
+    EXPECT_EQ(Px(9, 9), kWhite);
+    blue.ReleaseDC(blueDc);
+
+    const std::string png = CImageWnd(64, 64, kBlue).Encode();
+    struct Reader {
+        const std::string& bytes;
+        size_t at = 0;
+    } reader{png};
+    cairo_surface_t* decoded = cairo_image_surface_create_from_png_stream(
+        [](void* closure, unsigned char* data, unsigned int length) {
+            auto& r = *static_cast<Reader*>(closure);
+            if (r.bytes.size() - r.at < length) return CAIRO_STATUS_READ_ERROR;
+            std::memcpy(data, r.bytes.data() + r.at, length);
+            r.at += length;
+            return CAIRO_STATUS_SUCCESS;
+        },
+        &reader);
+    ASSERT_EQ(cairo_surface_status(decoded), CAIRO_STATUS_SUCCESS);
+    EXPECT_EQ(reinterpret_cast<const std::uint32_t*>(cairo_image_surface_get_data(decoded))[100], 0xFF0000FFu);
+    cairo_surface_destroy(decoded);
 }
 
 TEST_F(FrameworkLines, BitBltWithinOneSurface)

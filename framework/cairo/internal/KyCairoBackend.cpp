@@ -472,14 +472,14 @@ bool KyCairoBackend::Blit(int x, int y, int w, int h, KySurface* src, int xs, in
         }
     }
     cairo_save(cr);
-    cairo_surface_t* from = src->cs;
+    cairo_surface_t* from = Ky::ImageOf(src);
     double ox = static_cast<double>(x) - xs, oy = static_cast<double>(y) - ys;
     cairo_surface_t* copy = nullptr;
     if (src == Target()) {
         // A copy within one surface goes through a snapshot of the source block.
         copy = cairo_surface_create_similar(src->cs, CAIRO_CONTENT_COLOR_ALPHA, w, h);
         cairo_t* c2 = cairo_create(copy);
-        cairo_set_source_surface(c2, src->cs, -xs, -ys);
+        cairo_set_source_surface(c2, from, -xs, -ys);
         cairo_set_operator(c2, CAIRO_OPERATOR_SOURCE);
         cairo_paint(c2);
         cairo_destroy(c2);

@@ -98,6 +98,24 @@ void DropImage(cairo_surface_t* cs)
     }
 }
 
+bool Paint(cairo_surface_t* cs, COLORREF color)
+{
+    cairo_t* cr = cairo_create(cs);
+    SetSourceColor(cr, color);
+    cairo_set_operator(cr, CAIRO_OPERATOR_SOURCE);
+    cairo_paint(cr);
+    const bool ok = cairo_status(cr) == CAIRO_STATUS_SUCCESS;
+    cairo_destroy(cr);
+    return ok;
+}
+
+// Writes the fill s still owes (SharingMutex held).
+void PayFill(const KySurface* s)
+{
+    if (s->unfilled.load(std::memory_order_relaxed) && Paint(s->cs, s->fill))
+        s->unfilled.store(false, std::memory_order_release);
+}
+
 bool IsImage(const KySurface* s)
 {
     return s && s->kind == KySurface::Raster && s->cs && cairo_surface_get_type(s->cs) == CAIRO_SURFACE_TYPE_IMAGE &&
@@ -127,13 +145,7 @@ KySurface* CreateSurface(KySurface::Kind kind, int cx, int cy, COLORREF fill)
             cairo_surface_destroy(cs);
             return nullptr;
         }
-        cairo_t* cr = cairo_create(cs);
-        SetSourceColor(cr, fill);
-        cairo_set_operator(cr, CAIRO_OPERATOR_SOURCE);
-        cairo_paint(cr);
-        bool ok = cairo_status(cr) == CAIRO_STATUS_SUCCESS;
-        cairo_destroy(cr);
-        if (!ok) {
+        if (kind == KySurface::Vector && !Paint(cs, fill)) {
             cairo_surface_destroy(cs);
             return nullptr;
         }
@@ -143,6 +155,8 @@ KySurface* CreateSurface(KySurface::Kind kind, int cx, int cy, COLORREF fill)
     s->width = cx;
     s->height = cy;
     s->cs = cs;
+    s->fill = fill & 0x00FFFFFF;
+    s->unfilled.store(kind == KySurface::Raster && cs, std::memory_order_relaxed);
     if (kind == KySurface::Vector && cs) {
         KyVectorItem background;
         background.kind = KyVectorItem::FillRect;
@@ -184,10 +198,12 @@ bool SharePixels(KySurface* dst, KySurface* src)
         return false;
     std::lock_guard<std::mutex> lock(SharingMutex());
     if (dst->cs == src->cs) return true;
-    if (!SetOwners(src->cs, Owners(src->cs) + 1)) return false;
+    PayFill(src);
+    if (src->unfilled.load(std::memory_order_relaxed) || !SetOwners(src->cs, Owners(src->cs) + 1)) return false;
     cairo_surface_flush(src->cs);
     cairo_surface_t* old = dst->cs;
     dst->cs = cairo_surface_reference(src->cs);
+    dst->unfilled.store(false, std::memory_order_release);
     dst->mayShare.store(true, std::memory_order_release);
     src->mayShare.store(true, std::memory_order_release);
     DropImage(old);
@@ -196,7 +212,15 @@ bool SharePixels(KySurface* dst, KySurface* src)
 
 bool OwnPixels(KySurface* s, bool keep)
 {
-    if (!s || !s->mayShare.load(std::memory_order_acquire)) return true;
+    if (!s) return true;
+    if (s->unfilled.load(std::memory_order_acquire)) {
+        std::lock_guard<std::mutex> lock(SharingMutex());
+        // What the drawing covers needs no fill first.
+        if (keep) PayFill(s);
+        else s->unfilled.store(false, std::memory_order_release);
+        if (s->unfilled.load(std::memory_order_relaxed)) return false;
+    }
+    if (!s->mayShare.load(std::memory_order_acquire)) return true;
     std::lock_guard<std::mutex> lock(SharingMutex());
     cairo_surface_t* shared = s->cs;
     if (!shared || Owners(shared) <= 1) {
@@ -224,10 +248,21 @@ bool OwnPixels(KySurface* s, bool keep)
     return true;
 }
 
+cairo_surface_t* ImageOf(const KySurface* s)
+{
+    if (!s || !s->cs) return nullptr;
+    if (s->unfilled.load(std::memory_order_acquire)) {
+        std::lock_guard<std::mutex> lock(SharingMutex());
+        PayFill(s);
+    }
+    return s->cs;
+}
+
 COLORREF SurfacePixel(const KySurface* s, int x, int y)
 {
     if (!s || !s->cs || s->kind != KySurface::Raster) return 0xFFFFFFFF;
     if (x < 0 || y < 0 || x >= s->width || y >= s->height) return 0xFFFFFFFF;
+    if (s->unfilled.load(std::memory_order_acquire)) return s->fill;
     cairo_surface_flush(s->cs);
     const unsigned char* data = cairo_image_surface_get_data(s->cs);
     if (!data) return 0xFFFFFFFF;

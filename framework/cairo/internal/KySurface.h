@@ -25,6 +25,11 @@ struct KySurface {
     // Raster surfaces: cs may be shared with other surfaces after a whole-surface block
     // transfer (see SharePixels); only a hint, the owner count on cs decides.
     std::atomic<bool> mayShare{false};
+    // Raster surfaces: every pixel is still owed the colour `fill`. The fill is written only
+    // when the pixels are first read or drawn on, so a surface whose first drawing covers it,
+    // or that takes another's pixels, never pays for a pass over its memory.
+    mutable std::atomic<bool> unfilled{false};
+    COLORREF fill = 0;
     // Vector surfaces: what was drawn, in order, for the SVG writer.
     std::vector<KyVectorItem> items;
     // Vector surfaces: pen widths and dashes are drawn this many times wider, so that a chart
@@ -50,10 +55,14 @@ void ReleaseSurface(KySurface* s);
 // copy happens only if either surface is drawn on while they share (OwnPixels). False (dst
 // unchanged) unless both are raster images of one size.
 bool SharePixels(KySurface* dst, KySurface* src);
-// Gives s pixels of its own before it is drawn on: a copy of the shared ones, or, when the
-// drawing covers every pixel (keep false), memory of that size as it comes. False when there
+// Gives s pixels of its own before it is drawn on: a copy of the shared ones (or the fill it
+// owes), or, when the drawing covers every pixel (keep false), memory of that size as it comes. False when there
 // is no memory for them; s then keeps the shared pixels, which must not be drawn on.
 bool OwnPixels(KySurface* s, bool keep);
+
+// The image of a raster surface with every pixel as it reads, the fill it still owes made
+// first; null when it has none.
+cairo_surface_t* ImageOf(const KySurface* s);
 
 // The colour at (x, y) of a raster surface; 0xFFFFFFFF outside it or for other kinds.
 COLORREF SurfacePixel(const KySurface* s, int x, int y);
