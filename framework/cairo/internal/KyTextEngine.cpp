@@ -39,10 +39,8 @@ KyTextEngine::KyTextEngine()
     m_aliasedContext = makeContext(CAIRO_ANTIALIAS_NONE, CAIRO_HINT_STYLE_FULL);
 }
 
-bool KyTextEngine::EmBox(const PangoFontDescription* desc, double& ascent, double& descent)
+bool KyTextEngine::EmBox(PangoFont* font, double& ascent, double& descent)
 {
-    PangoFont* font = pango_context_load_font(m_context, desc);
-    if (!font) return false;
     bool ok = false;
     if (hb_font_t* hb = pango_font_get_hb_font(font)) {
         hb_face_t* face = hb_font_get_face(hb);
@@ -59,7 +57,6 @@ bool KyTextEngine::EmBox(const PangoFontDescription* desc, double& ascent, doubl
         }
         hb_blob_destroy(os2);
     }
-    g_object_unref(font);
     return ok;
 }
 
@@ -88,10 +85,11 @@ int KyTextEngine::FindFace(const std::wstring& name, int weight, bool italic)
         if (const char* f = pango_font_description_get_family(chosen); f && *f) {
             family = f;
             pango_font_description_set_family(desc, f);
-            pango_font_description_set_family(probe, f);
         }
         pango_font_description_free(chosen);
-        if (!EmBox(probe, ascent, descent)) {
+        // The face just loaded is the one its family name loads: each new size is a new
+        // fontconfig search, so it is measured as it is.
+        if (!EmBox(font, ascent, descent)) {
             PangoFontMetrics* m = pango_font_get_metrics(font, pango_context_get_language(m_context));
             ascent = pango_font_metrics_get_ascent(m) / (kProbeEm * PANGO_SCALE);
             descent = pango_font_metrics_get_descent(m) / (kProbeEm * PANGO_SCALE);

@@ -86,8 +86,8 @@ private:
     KyTextEngine();
     ~KyTextEngine() = default;  // never called: the engine lives as long as the process
     int FindFace(const std::wstring& name, int weight, bool italic);
-    // Ascent and descent per em of the face that desc loads; false when it has no usable ones.
-    bool EmBox(const PangoFontDescription* desc, double& ascent, double& descent);
+    // Ascent and descent per em of font's face; false when it has no usable ones.
+    static bool EmBox(PangoFont* font, double& ascent, double& descent);
 
     static constexpr size_t kCacheCapacity = 2048;
 
