@@ -1,8 +1,14 @@
 #include "KySurface.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <mutex>
+
+#if defined(__linux__)
+#include <sys/mman.h>
+#include <unistd.h>
+#endif
 
 namespace Ky {
 
@@ -109,11 +115,32 @@ bool Paint(cairo_surface_t* cs, COLORREF color)
     return ok;
 }
 
+// Maps in at once the pages of an image about to be written whole. Fresh memory otherwise
+// takes one page fault per 4 KiB as the writing reaches it, which costs a one-off render
+// about a millisecond per 1000 x 800 surface.
+void Prefault(cairo_surface_t* cs)
+{
+#if defined(__linux__) && defined(MADV_POPULATE_WRITE)
+    unsigned char* data = cairo_image_surface_get_data(cs);
+    if (!data) return;
+    const auto page = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
+    const auto begin = (reinterpret_cast<std::uintptr_t>(data) + page - 1) / page * page;
+    const auto end = (reinterpret_cast<std::uintptr_t>(data) + static_cast<std::uintptr_t>(cairo_image_surface_get_stride(cs)) *
+                                                                static_cast<std::uintptr_t>(cairo_image_surface_get_height(cs))) /
+                     page * page;
+    // Only a hint: an older kernel refuses it, and the writing faults the pages in as before.
+    if (end > begin) madvise(reinterpret_cast<void*>(begin), end - begin, MADV_POPULATE_WRITE);
+#else
+    (void)cs;
+#endif
+}
+
 // Writes the fill s still owes (SharingMutex held).
 void PayFill(const KySurface* s)
 {
-    if (s->unfilled.load(std::memory_order_relaxed) && Paint(s->cs, s->fill))
-        s->unfilled.store(false, std::memory_order_release);
+    if (!s->unfilled.load(std::memory_order_relaxed)) return;
+    Prefault(s->cs);
+    if (Paint(s->cs, s->fill)) s->unfilled.store(false, std::memory_order_release);
 }
 
 bool IsImage(const KySurface* s)
@@ -216,8 +243,12 @@ bool OwnPixels(KySurface* s, bool keep)
     if (s->unfilled.load(std::memory_order_acquire)) {
         std::lock_guard<std::mutex> lock(SharingMutex());
         // What the drawing covers needs no fill first.
-        if (keep) PayFill(s);
-        else s->unfilled.store(false, std::memory_order_release);
+        if (keep) {
+            PayFill(s);
+        } else {
+            Prefault(s->cs);
+            s->unfilled.store(false, std::memory_order_release);
+        }
         if (s->unfilled.load(std::memory_order_relaxed)) return false;
     }
     if (!s->mayShare.load(std::memory_order_acquire)) return true;
