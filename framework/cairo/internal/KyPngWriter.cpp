@@ -5,8 +5,7 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <cstring>
-#include <memory>
+#include <vector>
 
 namespace {
 
@@ -63,37 +62,16 @@ void PutChunk(std::string& out, const char* type, const unsigned char* data, std
     PutBigEndian(out, crc32_gzip_refl(0, reinterpret_cast<const unsigned char*>(out.data() + at), length + 4));
 }
 
-// Memory that is never cleared: every byte the encoder reads it has written first, and
-// clearing would touch pages a one-off render never uses.
-class RawBuffer {
-public:
-    explicit RawBuffer(std::size_t size) : m_data(new unsigned char[size]), m_size(size) {}
-    unsigned char* data() const { return m_data.get(); }
-    std::size_t size() const { return m_size; }
-    // Twice the size, keeping the first `used` bytes.
-    void Grow(std::size_t used)
-    {
-        std::unique_ptr<unsigned char[]> bigger(new unsigned char[m_size * 2]);
-        std::memcpy(bigger.get(), m_data.get(), used);
-        m_data = std::move(bigger);
-        m_size *= 2;
-    }
-
-private:
-    std::unique_ptr<unsigned char[]> m_data;
-    std::size_t m_size;
-};
-
 // The rows, each after its filter byte (0: none), as one zlib stream, as a PNG's image data
-// is: `packed` bytes of out. The rows are converted a band at a time, small enough to stay in
-// the cache, so that the unpacked image never sits in memory whole.
-bool DeflateRows(const unsigned char* data, int stride, int w, int h, bool alpha, RawBuffer& out, std::size_t& packed)
+// is. They are converted a band at a time, so that the unpacked image never sits in memory
+// whole: fresh memory is much of the cost of a one-off render.
+bool DeflateRows(const unsigned char* data, int stride, int w, int h, bool alpha, std::vector<unsigned char>& out)
 {
     static_assert(KyPngWriter::kLevel == 1, "the level's work buffer is sized for level 1");
     const std::size_t rowBytes = static_cast<std::size_t>(w) * (alpha ? 4 : 3) + 1;
-    const int band = static_cast<int>(std::clamp<std::size_t>((64 * 1024) / rowBytes, 1, static_cast<std::size_t>(h)));
-    RawBuffer rows(rowBytes * static_cast<std::size_t>(band));
-    RawBuffer work(ISAL_DEF_LVL1_DEFAULT);
+    const int band = static_cast<int>(std::clamp<std::size_t>((512 * 1024) / rowBytes, 1, static_cast<std::size_t>(h)));
+    std::vector<unsigned char> rows(rowBytes * static_cast<std::size_t>(band));
+    std::vector<unsigned char> work(ISAL_DEF_LVL1_DEFAULT);
     isal_zstream z;
     isal_deflate_init(&z);
     z.level = KyPngWriter::kLevel;
@@ -101,6 +79,8 @@ bool DeflateRows(const unsigned char* data, int stride, int w, int h, bool alpha
     z.level_buf_size = static_cast<std::uint32_t>(work.size());
     z.gzip_flag = IGZIP_ZLIB;
     z.flush = NO_FLUSH;
+    // A chart packs to a tenth or less; noise asks for more as it goes.
+    out.resize(rowBytes * static_cast<std::size_t>(h) / 8 + 4096);
     z.next_out = out.data();
     z.avail_out = static_cast<std::uint32_t>(out.size());
     for (int y0 = 0; y0 < h; y0 += band) {
@@ -116,7 +96,7 @@ bool DeflateRows(const unsigned char* data, int stride, int w, int h, bool alpha
         z.end_of_stream = y0 + n == h ? 1 : 0;
         for (;;) {
             if (z.avail_out == 0) {
-                out.Grow(z.total_out);
+                out.resize(out.size() * 2);
                 z.next_out = out.data() + z.total_out;
                 z.avail_out = static_cast<std::uint32_t>(out.size() - z.total_out);
             }
@@ -126,7 +106,7 @@ bool DeflateRows(const unsigned char* data, int stride, int w, int h, bool alpha
             if (z.avail_out != 0) return false;  // stopped with room to write: it would not go on
         }
     }
-    packed = z.total_out;
+    out.resize(z.total_out);
     return true;
 }
 
@@ -144,10 +124,9 @@ bool KyPngWriter::Encode(cairo_surface_t* cs, std::string& out)
     const int stride = cairo_image_surface_get_stride(cs);
     if (!data || w <= 0 || h <= 0) return false;
     const bool alpha = format == CAIRO_FORMAT_ARGB32 && !Opaque(data, stride, w, h);
-    // A chart packs to a tenth or less; noise asks for more as it goes.
-    RawBuffer idat(static_cast<std::size_t>(w) * (alpha ? 4 : 3) * static_cast<std::size_t>(h) / 8 + 4096);
-    std::size_t packed = 0;
-    if (!DeflateRows(data, stride, w, h, alpha, idat, packed)) return false;
+    std::vector<unsigned char> idat;
+    if (!DeflateRows(data, stride, w, h, alpha, idat)) return false;
+    const std::size_t packed = idat.size();
 
     unsigned char header[13];
     const std::uint32_t fields[2] = {static_cast<std::uint32_t>(w), static_cast<std::uint32_t>(h)};
@@ -155,10 +134,10 @@ bool KyPngWriter::Encode(cairo_surface_t* cs, std::string& out)
     header[8] = 8;                // bits per channel
     header[9] = alpha ? 6 : 2;    // RGBA or RGB
     header[10] = header[11] = header[12] = 0;  // deflate, adaptive filtering, no interlace
-    out.reserve(out.size() + packed + 64);
-    out.append("\x89PNG\r\n\x1a\n", 8);
-    PutChunk(out, "IHDR", header, sizeof header);
-    PutChunk(out, "IDAT", idat.data(), packed);
-    PutChunk(out, "IEND", nullptr, 0);
+    std::string bytes("\x89PNG\r\n\x1a\n", 8);
+    PutChunk(bytes, "IHDR", header, sizeof header);
+    PutChunk(bytes, "IDAT", idat.data(), packed);
+    PutChunk(bytes, "IEND", nullptr, 0);
+    out += bytes;
     return true;
 }
