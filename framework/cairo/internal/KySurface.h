@@ -30,6 +30,9 @@ struct KySurface {
     // or that takes another's pixels, never pays for a pass over its memory.
     mutable std::atomic<bool> unfilled{false};
     COLORREF fill = 0;
+    // Raster surfaces: the image's memory is new, not yet mapped in by the system (not a
+    // recycled image); read and changed only with `unfilled` set, under the sharing lock.
+    mutable bool newMemory = false;
     // Vector surfaces: what was drawn, in order, for the SVG writer.
     std::vector<KyVectorItem> items;
     // Vector surfaces: pen widths and dashes are drawn this many times wider, so that a chart
