@@ -59,8 +59,9 @@ void ReleaseSurface(KySurface* s);
 // unchanged) unless both are raster images of one size.
 bool SharePixels(KySurface* dst, KySurface* src);
 // Gives s pixels of its own before it is drawn on: a copy of the shared ones (or the fill it
-// owes), or, when the drawing covers every pixel (keep false), memory of that size as it comes. False when there
-// is no memory for them; s then keeps the shared pixels, which must not be drawn on.
+// owes), or, when the drawing covers every pixel (keep false), memory of that size as it
+// comes. False when there is no memory for them; s then keeps the shared pixels, which must
+// not be drawn on.
 bool OwnPixels(KySurface* s, bool keep);
 
 // The image of a raster surface with every pixel as it reads, the fill it still owes made
